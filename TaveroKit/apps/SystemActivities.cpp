@@ -1,0 +1,6 @@
+#include "apps/SystemActivities.h"
+namespace tavero {
+std::optional<SystemActivity> unusualActivity(std::span<const ProcessSample>) {
+    return std::nullopt;
+}
+} // namespace tavero
