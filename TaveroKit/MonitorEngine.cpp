@@ -1,7 +1,6 @@
 #include "MonitorEngine.h"
 
 #include "apps/AppGrouping.h"
-#include "apps/SystemActivities.h"
 #include "records/SaturatingSum.h"
 
 #include <algorithm>
@@ -164,7 +163,7 @@ void MonitorEngine::fillApps(Detail detail, std::int64_t topApps, bool threads,
 
     snapshot.appCount = std::ssize(groups);
     snapshot.processCount = std::ssize(samples);
-    snapshot.systemActivity = unusualActivity(samples);
+    if (read_.unusualActivity) snapshot.systemActivity = read_.unusualActivity(samples);
 }
 
 UsageExtras MonitorEngine::readExtras(std::span<const ProcessSample> samples, Date now) {

@@ -1,7 +1,12 @@
 #include "Readers.h"
 
+#include "apps/AppIdentities.h"
+#include "apps/ProcessSampler.h"
+#include "apps/SystemActivities.h"
 #include "counters/CPUSampler.h"
+#include "counters/DiskReader.h"
 #include "counters/MemoryReader.h"
+#include "counters/NetworkReader.h"
 
 #include <memory>
 #include <utility>
@@ -18,6 +23,25 @@ Readers readers(Machine machine) {
         };
     if (sources->memory)
         readers.memory = [sources] { return MemoryReader::read(*sources->memory); };
+    if (sources->disk) {
+        readers.disk = [sources](bool includeFreeSpace) {
+            return DiskReader::read(*sources->disk, "/", includeFreeSpace);
+        };
+        readers.volumes = [sources] { return DiskReader::volumes(*sources->disk); };
+    }
+    if (sources->network)
+        readers.network = [sources] { return NetworkReader::read(*sources->network); };
+    if (sources->processes)
+        readers.processes = [sources, sampler = ProcessSampler()](bool threads) mutable {
+            return sampler.sample(*sources->processes, threads);
+        };
+    readers.displayName = [sources](const AppIdentity& identity) {
+        return AppGrouping::displayName(identity, sources->bundles.get());
+    };
+    if (sources->processes)
+        readers.unusualActivity = [sources](std::span<const ProcessSample> samples) {
+            return unusualActivity(samples, sources->processes->vocabulary());
+        };
     return readers;
 }
 

@@ -30,6 +30,8 @@ struct Readers {
     std::function<std::optional<WiFiLink>()> wifi;
     // The samples stay valid until the next call.
     std::function<std::span<const ProcessSample>(bool threads)> processes;
+    // What the busiest of these does if it belongs to the system and is unusually busy.
+    std::function<std::optional<SystemActivity>(std::span<const ProcessSample>)> unusualActivity;
     std::function<std::string(const AppIdentity&)> displayName;
     std::function<std::unordered_map<std::int32_t, double>()> appGPU; // by pid, fractions
     std::function<std::unordered_map<std::int32_t, NetworkBytes>()>

@@ -23,9 +23,13 @@ inline const AppIdentity AppIdentity::system{AppIdentity::Kind::system, "macOS S
 
 } // namespace tavero
 
+namespace std { // spelled out, since Qt's moc can't read `struct std::hash`
+
 template <>
-struct std::hash<tavero::AppIdentity> {
-    std::size_t operator()(const tavero::AppIdentity& identity) const noexcept {
-        return std::hash<std::string>{}(identity.id) * 3 + static_cast<std::size_t>(identity.kind);
+struct hash<tavero::AppIdentity> {
+    size_t operator()(const tavero::AppIdentity& identity) const noexcept {
+        return hash<string>{}(identity.id) * 3 + static_cast<size_t>(identity.kind);
     }
 };
+
+} // namespace std

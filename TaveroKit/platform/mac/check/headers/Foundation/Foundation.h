@@ -1,0 +1,95 @@
+// The part of Foundation that Tavero uses, declared for the check.
+#pragma once
+
+#import <CoreFoundation/CoreFoundation.h>
+#import <objc/NSObject.h>
+
+// As the SDK has them for C++: a set of options is a plain number there.
+#define NS_ENUM(type, name)                                                                        \
+    enum name : type name;                                                                         \
+    enum name : type
+#define NS_OPTIONS(type, name)                                                                     \
+    type name;                                                                                     \
+    enum : type
+
+#pragma clang assume_nonnull begin
+
+@class NSError, NSString, NSURL;
+
+typedef struct {
+    unsigned long state;
+    id __unsafe_unretained _Nullable* _Nullable itemsPtr;
+    unsigned long* _Nullable mutationsPtr;
+    unsigned long extra[5];
+} NSFastEnumerationState;
+
+@protocol NSFastEnumeration
+- (NSUInteger)countByEnumeratingWithState:(NSFastEnumerationState*)state
+                                  objects:(id __unsafe_unretained _Nullable[_Nonnull])buffer
+                                    count:(NSUInteger)length;
+@end
+
+@protocol NSCopying
+@end
+
+@interface NSString : NSObject <NSCopying>
+@property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
++ (nullable instancetype)stringWithUTF8String:(const char*)text;
+@end
+
+@interface NSNumber : NSObject
+@property(readonly) BOOL boolValue;
+@property(readonly) long long longLongValue;
+@property(readonly) double doubleValue;
+@end
+
+@interface NSData : NSObject
+@property(readonly) NSUInteger length;
+@property(readonly) const void* bytes __attribute__((objc_returns_inner_pointer));
+@end
+
+@interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
++ (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects
+                           count:(NSUInteger)count;
+@end
+
+@interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSFastEnumeration>
+- (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
+@end
+
+@interface NSMutableDictionary<KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
+@end
+
+typedef NSString* NSURLResourceKey;
+extern NSURLResourceKey const NSURLVolumeTotalCapacityKey;
+extern NSURLResourceKey const NSURLVolumeAvailableCapacityForImportantUsageKey;
+extern NSURLResourceKey const NSURLVolumeAvailableCapacityKey;
+extern NSURLResourceKey const NSURLVolumeLocalizedNameKey;
+extern NSURLResourceKey const NSURLVolumeIsInternalKey;
+extern NSURLResourceKey const NSURLVolumeIsBrowsableKey;
+
+@interface NSURL : NSObject
+@property(nullable, readonly, copy) NSString* path;
++ (NSURL*)fileURLWithPath:(NSString*)path;
+- (nullable NSDictionary<NSURLResourceKey, id>*)
+    resourceValuesForKeys:(NSArray<NSURLResourceKey>*)keys
+                    error:(NSError* _Nullable* _Nullable)error;
+@end
+
+typedef NS_OPTIONS(NSUInteger, NSVolumeEnumerationOptions) {
+    NSVolumeEnumerationSkipHiddenVolumes = 1UL << 1,
+};
+
+@interface NSFileManager : NSObject
+@property(class, readonly, strong) NSFileManager* defaultManager;
+- (nullable NSArray<NSURL*>*)
+    mountedVolumeURLsIncludingResourceValuesForKeys:(nullable NSArray<NSURLResourceKey>*)keys
+                                            options:(NSVolumeEnumerationOptions)options;
+@end
+
+@interface NSProcessInfo : NSObject
+@property(class, readonly, strong) NSProcessInfo* processInfo;
+@property(readonly, getter=isLowPowerModeEnabled) BOOL lowPowerModeEnabled;
+@end
+
+#pragma clang assume_nonnull end

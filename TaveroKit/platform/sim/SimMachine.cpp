@@ -1,0 +1,93 @@
+#include "platform/sim/SimMachine.h"
+
+#include "platform/mac/MacCpu.h"
+#include "platform/mac/MacDisk.h"
+#include "platform/mac/MacMemory.h"
+#include "platform/mac/MacNetwork.h"
+#include "platform/sim/SimKernel.h"
+
+#include <utility>
+
+namespace tavero {
+
+namespace {
+
+class SimPower : public PowerSource {
+  public:
+    explicit SimPower(std::shared_ptr<SimTimeline> timeline) : timeline_(std::move(timeline)) {}
+
+    bool lowPowerMode() override {
+        return timeline_->read([](const SimState& state) { return state.lowPowerMode; });
+    }
+    bool onExternalPower() override {
+        return timeline_->read([](const SimState& state) { return state.onExternalPower; });
+    }
+
+  private:
+    std::shared_ptr<SimTimeline> timeline_;
+};
+
+class SimRegistry : public MacRegistry {
+  public:
+    explicit SimRegistry(std::shared_ptr<SimTimeline> timeline) : timeline_(std::move(timeline)) {}
+
+    std::vector<PropertyMap> services(const std::string& className) override {
+        return timeline_->read([&](const SimState& state) {
+            const auto found = state.services.find(className);
+            return found == state.services.end() ? std::vector<PropertyMap>{} : found->second;
+        });
+    }
+
+  private:
+    std::shared_ptr<SimTimeline> timeline_;
+};
+
+class SimVolumes : public MacVolumes {
+  public:
+    explicit SimVolumes(std::shared_ptr<SimTimeline> timeline) : timeline_(std::move(timeline)) {}
+
+    std::optional<VolumeSpace> space(const std::string& path) override {
+        return timeline_->read([&](const SimState& state) {
+            const auto found = state.volumeSpaces.find(path);
+            return found == state.volumeSpaces.end() ? std::nullopt : std::optional(found->second);
+        });
+    }
+    std::vector<MountedVolume> volumes() override {
+        return timeline_->read([](const SimState& state) { return state.volumes; });
+    }
+
+  private:
+    std::shared_ptr<SimTimeline> timeline_;
+};
+
+} // namespace
+
+SimMachine::SimMachine() : timeline_(std::make_shared<SimTimeline>()) {}
+
+SimMachine::SimMachine(Scenario scenario, std::function<Date()> now)
+    : timeline_(std::make_shared<SimTimeline>(std::move(scenario), std::move(now))) {}
+
+std::shared_ptr<MacKernel> SimMachine::kernel() const {
+    return std::make_shared<SimKernel>(timeline_);
+}
+
+std::shared_ptr<MacRegistry> SimMachine::registry() const {
+    return std::make_shared<SimRegistry>(timeline_);
+}
+
+std::shared_ptr<MacVolumes> SimMachine::volumes() const {
+    return std::make_shared<SimVolumes>(timeline_);
+}
+
+Machine SimMachine::machine() const {
+    const std::shared_ptr<MacKernel> macKernel = kernel();
+    return {
+        .cpu = std::make_unique<MacCpu>(macKernel),
+        .memory = std::make_unique<MacMemory>(macKernel),
+        .disk = std::make_unique<MacDisk>(registry(), volumes()),
+        .network = std::make_unique<MacNetwork>(macKernel),
+        .power = std::make_unique<SimPower>(timeline_),
+    };
+}
+
+} // namespace tavero

@@ -1,0 +1,34 @@
+#pragma once
+
+#include "platform/Machine.h"
+#include "platform/mac/MacKernel.h"
+#include "platform/mac/MacRegistry.h"
+#include "platform/mac/MacVolumes.h"
+#include "platform/sim/SimTimeline.h"
+
+#include <functional>
+#include <memory>
+
+namespace tavero {
+
+// A small deterministic Mac. It answers the lowest calls, so the Mac's own decoders run over it.
+// The machines made from it share its state and may outlive it.
+class SimMachine {
+  public:
+    // One that stands still until a test sets something.
+    SimMachine();
+    // One that a scenario moves: each read tells the state of the moment that `now` gives. Asked
+    // for times in order; a clock that steps back stands still.
+    SimMachine(Scenario scenario, std::function<Date()> now);
+
+    Machine machine() const;
+    std::shared_ptr<MacKernel> kernel() const;
+    std::shared_ptr<MacRegistry> registry() const;
+    std::shared_ptr<MacVolumes> volumes() const;
+    SimState& state() { return timeline_->now(); }
+
+  private:
+    std::shared_ptr<SimTimeline> timeline_;
+};
+
+} // namespace tavero

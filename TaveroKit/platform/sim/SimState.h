@@ -1,0 +1,63 @@
+#pragma once
+
+#include "platform/CpuSource.h"
+#include "platform/DiskSource.h"
+#include "platform/MemorySource.h"
+#include "platform/NetworkSource.h"
+#include "platform/mac/MacKernel.h"
+#include "platform/mac/PropertyValue.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tavero {
+
+// A network interface of the simulated Mac.
+struct SimInterface {
+    std::uint32_t index = 0;
+    std::string name;
+    InterfaceCounters counters;
+};
+
+// What the simulated Mac answers at one moment, in the form its calls have: plain values that a
+// scenario or a test sets. An absent one is a call that the system refuses.
+struct SimState {
+    std::optional<MacKernel::ProcessorLoad> processorLoad;
+    LoadAverage loadAverage;
+    std::optional<VMStatistics> vmStatistics;
+    std::optional<std::uint64_t> pageSize;
+    std::map<std::string, std::vector<std::byte>> sysctls; // the bytes as sysctlbyname copies them
+    std::map<std::vector<int>, std::vector<std::byte>> numberedSysctls; // and as sysctl does
+    std::map<std::uint32_t, std::string> interfaceNames;                // by index
+    std::map<std::string, std::vector<PropertyMap>> services;           // by class
+    std::map<std::string, VolumeSpace> volumeSpaces;                    // by path
+    std::vector<MountedVolume> volumes;
+
+    bool lowPowerMode = false;
+    bool onExternalPower = true;
+
+    // The same values, put in from the form that readers use.
+    void setTicks(const std::vector<CpuTicks>& ticks);
+    void setSysctl(const std::string& name, std::int32_t value);
+    void setSysctl(const std::string& name, std::int64_t value);
+    // The page counts, and the sysctls that belong to memory: an absent level is a missing sysctl.
+    void setMemory(const MemoryCounts& counts);
+    // One block storage driver a disk.
+    void setDisks(const std::vector<DiskCounters>& disks);
+    // Both of their sysctls: the list, where the counters are cut, and the whole counters.
+    void setInterfaces(const std::vector<SimInterface>& interfaces);
+};
+
+// Its memory.
+constexpr std::uint64_t simPageSize = 16384;
+constexpr std::uint64_t simMemory = 16ull << 30; // bytes
+
+// A laptop with four performance and four efficiency cores, 16 GB and one disk, which has just
+// started.
+SimState simLaptop();
+
+} // namespace tavero

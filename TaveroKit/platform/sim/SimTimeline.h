@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/sim/Scenario.h"
+#include "platform/sim/SimState.h"
+#include "records/Date.h"
+
+#include <functional>
+#include <mutex>
+#include <optional>
+
+namespace tavero {
+
+// The simulated Mac's state, moved by its scenario to the moment of each read. Without a scenario
+// it stays as it is set.
+class SimTimeline {
+  public:
+    SimTimeline() = default;
+    // The scenario begins now.
+    SimTimeline(Scenario scenario, std::function<Date()> now);
+
+    // What a scenario tells is written anew whenever time has passed; the rest stays as it is set.
+    // For whoever sets it, before the machine is read from another thread.
+    SimState& now();
+
+    // What `read` answers of the state of this moment. From any thread.
+    template <typename Read>
+    auto read(Read read) {
+        const std::lock_guard lock(mutex_);
+        return read(now());
+    }
+
+  private:
+    void move(double elapsed);
+
+    std::mutex mutex_;
+
+    SimState state_ = simLaptop();
+    std::optional<Scenario> scenario_;
+    std::function<Date()> now_;
+    Date start_{};
+    double elapsed_ = 0; // seconds, at the last move
+};
+
+} // namespace tavero
