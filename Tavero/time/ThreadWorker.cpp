@@ -1,6 +1,7 @@
 #include "time/ThreadWorker.h"
 
-#include <QMetaObject>
+#include <QCoreApplication>
+#include <QEvent>
 
 #include <utility>
 
@@ -32,8 +33,30 @@ void ThreadWorker::work(const std::stop_token& stop) {
         }
         if (stop.stop_requested()) return;
         next.job();
-        QMetaObject::invokeMethod(&mainThread_, std::move(next.done), Qt::QueuedConnection);
+        {
+            const std::lock_guard lock(mutex_);
+            finished_.push_back(std::move(next.done));
+        }
+        QCoreApplication::postEvent(&reporter_, new QEvent(QEvent::User));
     }
+}
+
+bool ThreadWorker::Reporter::event(QEvent* event) {
+    if (event->type() != QEvent::User) return QObject::event(event);
+    worker_.report();
+    return true;
+}
+
+// One finished job for each event.
+void ThreadWorker::report() {
+    std::function<void()> done;
+    {
+        const std::lock_guard lock(mutex_);
+        if (finished_.empty()) return;
+        done = std::move(finished_.front());
+        finished_.pop_front();
+    }
+    done();
 }
 
 } // namespace tavero

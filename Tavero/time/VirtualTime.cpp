@@ -2,30 +2,21 @@
 
 #include <algorithm>
 #include <list>
+#include <utility>
 
 namespace tavero {
-
-class VirtualTime::Call final : public PendingCall {
-  public:
-    Call(std::shared_ptr<Calls> calls, Due due) : calls_(std::move(calls)), due_(due) {}
-    ~Call() override { calls_->erase(due_); }
-
-  private:
-    std::shared_ptr<Calls> calls_;
-    Due due_;
-};
 
 namespace {
 
 class VirtualWorker final : public Worker {
   public:
-    explicit VirtualWorker(Clock& clock) : clock_(clock) {}
+    VirtualWorker(Clock& clock, std::chrono::nanoseconds jobTime)
+        : clock_(clock), jobTime_(jobTime) {}
 
   private:
     void run(std::function<void()> job, std::function<void()> done) override {
         const auto slot = timers_.emplace(timers_.end());
-        *slot = clock_.after({}, [this, slot, job = std::move(job), done = std::move(done)] {
-            const Timer finished = std::move(*slot); // its end must not end this call
+        *slot = clock_.after(jobTime_, [this, slot, job = std::move(job), done = std::move(done)] {
             timers_.erase(slot);
             job();
             done();
@@ -33,6 +24,7 @@ class VirtualWorker final : public Worker {
     }
 
     Clock& clock_;
+    std::chrono::nanoseconds jobTime_;
     std::list<Timer> timers_;
 };
 
@@ -41,23 +33,25 @@ class VirtualWorker final : public Worker {
 VirtualTime::VirtualTime(Date start) : now_(start) {}
 
 Timer VirtualTime::after(std::chrono::nanoseconds delay, std::function<void()> action) {
-    const Due due{elapsed_ + std::max(delay, std::chrono::nanoseconds{}), sequence_++};
-    calls_->emplace(due, std::move(action));
-    return std::make_unique<Call>(calls_, due);
+    return calls_.add(elapsed_ + std::max(delay, std::chrono::nanoseconds{}), std::move(action));
 }
 
 void VirtualTime::advance(std::chrono::nanoseconds time) {
     const std::chrono::nanoseconds end = elapsed_ + time;
-    while (!calls_->empty() && calls_->begin()->first.first <= end) {
-        auto next = calls_->extract(calls_->begin());
-        now_ += next.key().first - elapsed_;
-        elapsed_ = next.key().first;
-        next.mapped()();
+    while (const auto call = calls_.take(end)) {
+        moveTo(call->due);
+        call->action();
     }
-    now_ += end - elapsed_;
-    elapsed_ = end;
+    moveTo(end);
 }
 
-std::unique_ptr<Worker> VirtualTime::worker() { return std::make_unique<VirtualWorker>(*this); }
+void VirtualTime::moveTo(std::chrono::nanoseconds elapsed) {
+    now_ += elapsed - elapsed_;
+    elapsed_ = elapsed;
+}
+
+std::unique_ptr<Worker> VirtualTime::worker(std::chrono::nanoseconds jobTime) {
+    return std::make_unique<VirtualWorker>(*this, jobTime);
+}
 
 } // namespace tavero

@@ -1,14 +1,12 @@
 #pragma once
 
 #include "time/Clock.h"
+#include "time/PendingCalls.h"
 #include "time/Worker.h"
 
 #include <chrono>
-#include <cstdint>
 #include <functional>
-#include <map>
 #include <memory>
-#include <utility>
 
 namespace tavero {
 
@@ -28,20 +26,15 @@ class VirtualTime final : public Clock {
     void setWallClock(Date now) { now_ = now; }
 
     // How many calls are still to come.
-    std::size_t pending() const { return calls_->size(); }
+    std::size_t pending() const { return calls_.size(); }
 
-    // A worker whose jobs take no time and run when the clock next gets a chance. It must not
-    // outlive this clock.
-    std::unique_ptr<Worker> worker();
+    // A worker whose jobs take this long. The clock must outlive it.
+    std::unique_ptr<Worker> worker(std::chrono::nanoseconds jobTime = {});
 
   private:
-    using Due = std::pair<std::chrono::nanoseconds, std::uint64_t>;
-    using Calls = std::map<Due, std::function<void()>>;
-    class Call;
+    void moveTo(std::chrono::nanoseconds elapsed);
 
-    // Shared with the pending calls, which may outlive the clock.
-    std::shared_ptr<Calls> calls_ = std::make_shared<Calls>();
-    std::uint64_t sequence_ = 0;
+    PendingCalls calls_;
     std::chrono::nanoseconds elapsed_{};
     Date now_;
 };

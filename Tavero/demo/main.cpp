@@ -1,0 +1,50 @@
+#include "TaveroApp.h"
+
+#include "platform/sim/SimMachine.h"
+
+#include <QCommandLineParser>
+#include <QGuiApplication>
+
+#include <cstdio>
+
+// tavero-demo: the same application on the simulated Mac, moved by a scenario.
+namespace tavero {
+namespace {
+
+std::optional<Scenario> scenarioNamed(const std::string& name) {
+    for (Scenario& scenario : scenarios())
+        if (scenario.name == name) return std::move(scenario);
+    return std::nullopt;
+}
+
+} // namespace
+} // namespace tavero
+
+int main(int argc, char** argv) {
+    using namespace tavero;
+    QGuiApplication application(argc, argv);
+    prepareApplication();
+    QGuiApplication::setApplicationName("tavero-demo"); // with settings of its own
+
+    QCommandLineParser arguments;
+    QString names;
+    for (const Scenario& scenario : scenarios()) names += "\n  " + QString::fromStdString(scenario.name);
+    arguments.setApplicationDescription("Tavero on a simulated Mac. Scenarios:" + names);
+    arguments.addHelpOption();
+    arguments.addPositionalArgument("scenario", "what happens on it", "[scenario]");
+    arguments.process(application);
+
+    std::optional<Scenario> scenario = idleAfternoon();
+    if (const QStringList given = arguments.positionalArguments(); !given.isEmpty())
+        scenario = scenarioNamed(given.join(' ').toStdString());
+    if (!scenario) {
+        std::fprintf(stderr, "There is no such scenario. There are:%s\n", qPrintable(names));
+        return 2;
+    }
+
+    const std::unique_ptr<Clock> clock = hostClock();
+    const SimMachine machine(std::move(*scenario), [&] { return clock->now(); });
+    TaveroApp app(machine.machine(), *clock);
+    app.launch();
+    return QGuiApplication::exec();
+}

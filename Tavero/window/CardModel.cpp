@@ -1,0 +1,28 @@
+#include "window/CardModel.h"
+
+#include <utility>
+
+namespace tavero {
+
+void CardModel::show(Card card) {
+    title_ = std::move(card.title);
+    color_ = card.color;
+    value_ = std::move(card.value);
+    unit_ = std::move(card.unit);
+    note_ = std::move(card.note);
+    status_ = std::move(card.status);
+    statusColor_ = card.statusColor;
+    statusBackground_ = card.statusBackground;
+    cores_ = std::move(card.cores);
+    coresNote_ = std::move(card.coresNote);
+    uploadColor_ = card.uploadColor;
+    spoken_ = std::move(card.spoken);
+    spokenDetail_ = std::move(card.spokenDetail);
+    hasSegments_ = !card.segments.empty();
+    segments_.set(std::move(card.segments));
+    stats_.set(std::move(card.stats));
+    series_.set(std::move(card.points));
+    uploadSeries_.set(std::move(card.uploadPoints));
+}
+
+} // namespace tavero

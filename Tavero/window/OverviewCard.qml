@@ -1,0 +1,116 @@
+import QtQuick
+import QtQuick.Layouts
+import Tavero.Components
+import Tavero.Window
+
+// One metric: the figure, what it means, what it is made of, and its last minute. For a screen
+// reader it is one element.
+Rectangle {
+    id: root
+
+    required property CardModel card
+    required property bool showsDetails
+
+    Accessible.description: card.spokenDetail
+    Accessible.focusable: true
+    Accessible.focused: activeFocus
+    Accessible.name: card.spoken
+    Accessible.role: Accessible.Grouping
+    activeFocusOnTab: true
+    border.color: Theme.cardBorder
+    color: Theme.card
+    implicitHeight: content.implicitHeight + 2 * Theme.padding
+    radius: Theme.radius
+
+    FocusRing {
+    }
+    TapHandler {
+        onTapped: root.forceActiveFocus(Qt.MouseFocusReason)
+    }
+    ColumnLayout {
+        id: content
+
+        anchors.fill: parent
+        anchors.margins: Theme.padding
+        spacing: 0
+
+        RowLayout {
+            Layout.fillHeight: false
+            Layout.fillWidth: true
+            Layout.preferredHeight: pill.implicitHeight // also while there is no pill
+            spacing: Theme.gap
+
+            Rectangle {
+                color: root.card.color
+                implicitHeight: 10
+                implicitWidth: 10
+                radius: 5
+            }
+            PlainText {
+                Layout.fillWidth: true
+                font.pixelSize: 15
+                font.weight: Font.DemiBold
+                text: root.card.title
+            }
+            StatusPill {
+                id: pill
+
+                color: root.card.statusBackground
+                text: root.card.status
+                textColor: root.card.statusColor
+            }
+        }
+        RowLayout {
+            Layout.fillHeight: false
+            Layout.fillWidth: true
+            Layout.topMargin: 8
+            spacing: 6
+
+            PlainText {
+                Layout.alignment: Qt.AlignBaseline
+                font.letterSpacing: -1
+                font.pixelSize: 38
+                font.weight: Font.DemiBold
+                text: root.card.value
+            }
+            PlainText {
+                Layout.alignment: Qt.AlignBaseline
+                Layout.fillWidth: true
+                color: Theme.secondaryText
+                font.pixelSize: 17
+                text: root.card.unit
+            }
+        }
+        // Takes its line even while it says nothing, so that nothing moves when it does.
+        PlainText {
+            Layout.fillWidth: true
+            color: Theme.secondaryText
+            text: root.card.note === "" ? " " : root.card.note
+        }
+        CardParts {
+            Layout.fillHeight: false
+            Layout.fillWidth: true
+            Layout.topMargin: 16
+            card: root.card
+            visible: root.card.cores.length > 0 || root.card.hasSegments
+        }
+        StatGrid {
+            Layout.fillHeight: false
+            Layout.fillWidth: true
+            Layout.topMargin: 16
+            stats: root.card.stats
+            visible: root.showsDetails
+        }
+        CardCurves {
+            Layout.fillHeight: true
+            Layout.fillWidth: true
+            Layout.topMargin: 16
+            card: root.card
+            visible: root.showsDetails
+        }
+        Item {
+            Layout.fillHeight: true
+            visible: !root.showsDetails
+        }
+    }
+}

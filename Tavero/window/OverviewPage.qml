@@ -1,0 +1,114 @@
+import QtQuick
+import QtQuick.Layouts
+import QtQuick.Templates as T
+import Tavero.Components
+import Tavero.Window
+
+// The title and the cards, in as many columns as fit.
+FocusScope {
+    id: page
+
+    required property OverviewModel overview
+
+    readonly property int leastCardWidth: 320
+    readonly property int mostCardHeight: overview.showsDetails ? 440 : 0 // curves may grow
+    readonly property int fitting: Math.floor((width - 2 * Theme.margin + Theme.spacing) / (leastCardWidth + Theme.spacing))
+    readonly property int columns: Math.max(1, Math.min(fitting, 3, cards.count))
+
+    // Scrolls as far as it takes to show all of the item.
+    function reveal(item: Item) {
+        const top = item.mapToItem(content, 0, 0).y + content.y - Theme.spacing;
+        const bottom = top + item.height + 2 * Theme.spacing;
+        if (top < flickable.contentY)
+            flickable.contentY = Math.max(0, top);
+        else if (bottom > flickable.contentY + flickable.height)
+            flickable.contentY = Math.min(bottom, flickable.contentHeight) - flickable.height;
+    }
+
+    function scrollBy(distance: real) {
+        const lowest = Math.max(0, flickable.contentHeight - flickable.height);
+        flickable.contentY = Math.max(0, Math.min(flickable.contentY + distance, lowest));
+    }
+
+    Keys.onDownPressed: scrollBy(48)
+    Keys.onPressed: event => {
+        const page = flickable.height - 48;
+        const whole = flickable.contentHeight;
+        const distances = new Map([[Qt.Key_PageDown, page], [Qt.Key_PageUp, -page], [Qt.Key_End, whole], [Qt.Key_Home, -whole]]);
+        if (!distances.has(event.key))
+            return;
+        scrollBy(distances.get(event.key));
+        event.accepted = true;
+    }
+    Keys.onUpPressed: scrollBy(-48)
+
+    Flickable {
+        id: flickable
+
+        anchors.fill: parent
+        boundsBehavior: Flickable.StopAtBounds
+        contentHeight: content.y + content.height + Theme.margin - Theme.spacing
+        contentWidth: width
+
+        T.ScrollBar.vertical: ScrollBar {
+        }
+
+        ColumnLayout {
+            id: content
+
+            height: Math.max(implicitHeight, flickable.height - y - Theme.margin + Theme.spacing)
+            spacing: Theme.spacing
+            width: flickable.width - 2 * Theme.margin
+            x: Theme.margin
+            y: Theme.margin
+
+            TitleRow {
+                Layout.fillHeight: false
+                Layout.fillWidth: true
+                summary: page.overview.summary
+                title: page.overview.title
+            }
+            PlainText {
+                Layout.fillHeight: true
+                Layout.fillWidth: true
+                color: Theme.secondaryText
+                font.pixelSize: 15
+                horizontalAlignment: Text.AlignHCenter
+                text: page.overview.waitingText
+                verticalAlignment: Text.AlignVCenter
+                visible: page.overview.isWaiting
+            }
+            GridLayout {
+                Layout.fillHeight: true
+                Layout.fillWidth: true
+                Layout.maximumHeight: Math.max(implicitHeight, Math.ceil(cards.count / columns) * page.mostCardHeight)
+                columnSpacing: Theme.spacing
+                columns: page.columns
+                rowSpacing: Theme.spacing
+                visible: !page.overview.isWaiting
+
+                Repeater {
+                    id: cards
+
+                    model: page.overview.cards
+
+                    OverviewCard {
+                        id: card
+
+                        Layout.fillHeight: true
+                        Layout.fillWidth: true
+                        Layout.preferredWidth: 1 // any width, as long as all have the same
+                        showsDetails: page.overview.showsDetails
+
+                        onActiveFocusChanged: if (activeFocus)
+                            page.reveal(card)
+                    }
+                }
+            }
+            // What the cards leave at the bottom.
+            Item {
+                Layout.fillHeight: true
+            }
+        }
+    }
+}
