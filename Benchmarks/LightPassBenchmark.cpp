@@ -53,6 +53,7 @@ void PreadFloor(benchmark::State& state) {
         for (const std::string& other : openFiles()) std::erase(paths, other);
     }
     std::vector<int> files;
+    files.reserve(paths.size());
     for (const std::string& path : paths) files.push_back(::open(path.c_str(), O_RDONLY));
     std::vector<char> buffer(1 << 17);
     for (auto _ : state)

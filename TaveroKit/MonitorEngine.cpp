@@ -144,6 +144,7 @@ void MonitorEngine::fillApps(Detail detail, std::int64_t topApps, bool threads,
     std::transform(groups.begin(), groups.begin() + top, std::back_inserter(snapshot.apps), row);
 
     std::vector<const AppGroup*> byMemory;
+    byMemory.reserve(groups.size());
     for (const AppGroup& group : groups) byMemory.push_back(&group);
     std::stable_sort(byMemory.begin(), byMemory.end(),
                      [](const auto* a, const auto* b) { return a->memory() > b->memory(); });

@@ -28,7 +28,8 @@ int main(int argc, char** argv) {
 
     QCommandLineParser arguments;
     QString names;
-    for (const Scenario& scenario : scenarios()) names += "\n  " + QString::fromStdString(scenario.name);
+    for (const Scenario& scenario : scenarios())
+        names += "\n  " + QString::fromStdString(scenario.name);
     arguments.setApplicationDescription("Tavero on a simulated Mac. Scenarios:" + names);
     arguments.addHelpOption();
     arguments.addPositionalArgument("scenario", "what happens on it", "[scenario]");

@@ -13,8 +13,8 @@
 
 namespace tavero {
 
-// A worker with one thread of its own, which reports back through Qt's event loop. It sleeps without
-// a wake-up while there is nothing to do.
+// A worker with one thread of its own, which reports back through Qt's event loop. It sleeps
+// without a wake-up while there is nothing to do.
 class ThreadWorker final : public Worker {
   public:
     ThreadWorker();
@@ -25,7 +25,8 @@ class ThreadWorker final : public Worker {
         std::function<void()> job;
         std::function<void()> done;
     };
-    // Lives on the main thread. An event to it says that something is finished; events vanish with it.
+    // Lives on the main thread. An event to it says that something is finished; events vanish with
+    // it.
     class Reporter : public QObject {
       public:
         explicit Reporter(ThreadWorker& worker) : worker_(worker) {}

@@ -15,8 +15,8 @@ namespace tavero {
 
 namespace {
 
-// One kernel timer for all pending calls, on the clock that counts suspended time too: what fell due
-// while the machine slept is called as soon as it wakes.
+// One kernel timer for all pending calls, on the clock that counts suspended time too: what fell
+// due while the machine slept is called as soon as it wakes.
 class BootTimeClock final : public Clock {
   public:
     BootTimeClock()
@@ -30,7 +30,8 @@ class BootTimeClock final : public Clock {
     Date now() const override { return std::chrono::system_clock::now(); }
 
     Timer after(std::chrono::nanoseconds delay, std::function<void()> action) override {
-        Timer timer = calls_.add(elapsed() + std::max(delay, std::chrono::nanoseconds{}), std::move(action));
+        Timer timer =
+            calls_.add(elapsed() + std::max(delay, std::chrono::nanoseconds{}), std::move(action));
         arm();
         return timer;
     }
