@@ -2,14 +2,14 @@ import QtQuick
 import QtQuick.Layouts
 import Tavero.Components
 
-// What the colours of a segment bar stand for.
+// What the colours of a segment bar stand for, in two columns.
 GridLayout {
     id: legend
 
     required property SegmentList segments
 
     columnSpacing: Theme.spacing
-    columns: width >= 300 ? 2 : 1
+    columns: 2
     rowSpacing: 6
 
     Repeater {

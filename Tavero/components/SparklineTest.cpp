@@ -43,17 +43,17 @@ bool isEmpty(const QImage& image) {
 
 TEST(Sparkline, TimeRunsFromLeftToRightAndEndsAtTheNewestPoint) {
     EXPECT_EQ(curve({point(60s, 0), point(30s, 0), point(0s, 0)}),
-              QPolygonF({{0, 41}, {60, 41}, {120, 41}}));
+              QPolygonF(QList<QPointF>{{0, 41}, {60, 41}, {120, 41}}));
 }
 
 TEST(Sparkline, ValuesStandBetweenOnePixelFromTheBottomAndOneFromTheTop) {
     EXPECT_EQ(curve({point(60s, 0), point(30s, 0.5), point(0s, 1)}),
-              QPolygonF({{0, 41}, {60, 21}, {120, 1}}));
+              QPolygonF(QList<QPointF>{{0, 41}, {60, 21}, {120, 1}}));
 }
 
 TEST(Sparkline, ValuesOutsideAreClampedAndNoNumberIsLeftOut) {
     EXPECT_EQ(curve({point(60s, -5), point(30s, std::nan("")), point(0s, 1e300)}),
-              QPolygonF({{0, 41}, {120, 1}}));
+              QPolygonF(QList<QPointF>{{0, 41}, {120, 1}}));
 }
 
 TEST(Sparkline, APointOlderThanTheWindowIsLeftOutAndOneExactlyAsOldStays) {
@@ -62,7 +62,7 @@ TEST(Sparkline, APointOlderThanTheWindowIsLeftOutAndOneExactlyAsOldStays) {
 
 TEST(Sparkline, ItIsAnchoredToTheNewestPointWheneverThatWas) {
     const std::vector<GraphPoint> before{{end - 3600s, 0}, {end - 3590s, 0}};
-    EXPECT_EQ(curve(before), QPolygonF({{100, 41}, {120, 41}}));
+    EXPECT_EQ(curve(before), QPolygonF(QList<QPointF>{{100, 41}, {120, 41}}));
 }
 
 TEST(Sparkline, AnotherWindowStretchesTheTime) {

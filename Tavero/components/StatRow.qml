@@ -20,6 +20,8 @@ RowLayout {
     }
     PlainText {
         Layout.fillWidth: true
+        // The name of an app gives way, not the figure behind it.
+        elide: row.isWide ? Text.ElideMiddle : Text.ElideRight
         color: row.tint.valid ? row.tint : Theme.text
         font.pixelSize: 12
         font.weight: Font.Medium

@@ -88,7 +88,9 @@ void addSpoken(Card& card) {
 Card card(Section section, const CardSource& source) {
     const std::optional<Metric> metric = metricOf(section);
     if (!metric) return {};
-    Card card{.title = text(title(section)), .color = pick(color(section), source.isDark)};
+    Card card{.showsDetails = source.showsDetails,
+              .title = text(title(section)),
+              .color = pick(color(section), source.isDark)};
     addReading(card, *metric, source);
     addStatus(card, *metric, source);
     addStats(card, *metric, source);

@@ -20,6 +20,7 @@ namespace tavero {
 // Everything that a card on the Overview says, ready to show. An empty text, an empty list and a
 // colour that is not valid show nothing.
 struct Card {
+    bool showsDetails = true; // figures and curves, below the headline
     QString title;
     QColor color;
     QString value;
@@ -48,6 +49,7 @@ struct CardSource {
     Format format;
     Surroundings surroundings;
     bool isDark = false;
+    bool showsDetails = true;
 };
 
 // The card of a section that has one: see orderedCards().

@@ -5,6 +5,7 @@
 namespace tavero {
 
 void CardModel::show(Card card) {
+    showsDetails_ = card.showsDetails;
     title_ = std::move(card.title);
     color_ = card.color;
     value_ = std::move(card.value);

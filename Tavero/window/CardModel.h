@@ -16,6 +16,7 @@ class CardModel : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("The Overview owns it.")
+    Q_PROPERTY(bool showsDetails READ showsDetails NOTIFY showsDetailsChanged FINAL)
     Q_PROPERTY(QString title READ title NOTIFY titleChanged FINAL)
     Q_PROPERTY(QColor color READ color NOTIFY colorChanged FINAL)
     Q_PROPERTY(QString value READ value NOTIFY valueChanged FINAL)
@@ -40,6 +41,7 @@ class CardModel : public QObject {
 
     void show(Card card);
 
+    bool showsDetails() const { return showsDetails_; }
     QString title() const { return title_; }
     QColor color() const { return color_; }
     QString value() const { return value_; }
@@ -60,6 +62,7 @@ class CardModel : public QObject {
     GraphSeries* uploadSeries() { return &uploadSeries_; } // empty for all but the network
 
   signals:
+    void showsDetailsChanged();
     void titleChanged();
     void colorChanged();
     void valueChanged();
@@ -77,6 +80,7 @@ class CardModel : public QObject {
 
   private:
     // Each compares before it tells.
+    Q_OBJECT_BINDABLE_PROPERTY(CardModel, bool, showsDetails_, &CardModel::showsDetailsChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, title_, &CardModel::titleChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QColor, color_, &CardModel::colorChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, value_, &CardModel::valueChanged)

@@ -9,7 +9,6 @@ Rectangle {
     id: root
 
     required property CardModel card
-    required property bool showsDetails
 
     Accessible.description: card.spokenDetail
     Accessible.focusable: true
@@ -23,9 +22,6 @@ Rectangle {
     radius: Theme.radius
 
     FocusRing {
-    }
-    TapHandler {
-        onTapped: root.forceActiveFocus(Qt.MouseFocusReason)
     }
     ColumnLayout {
         id: content
@@ -99,18 +95,18 @@ Rectangle {
             Layout.fillWidth: true
             Layout.topMargin: 16
             stats: root.card.stats
-            visible: root.showsDetails
+            visible: root.card.showsDetails
         }
         CardCurves {
             Layout.fillHeight: true
             Layout.fillWidth: true
             Layout.topMargin: 16
             card: root.card
-            visible: root.showsDetails
+            visible: root.card.showsDetails
         }
         Item {
             Layout.fillHeight: true
-            visible: !root.showsDetails
+            visible: !root.card.showsDetails
         }
     }
 }

@@ -43,7 +43,8 @@ void OverviewModel::update() {
                             .graphs = monitor_.graphs(),
                             .format = chosenFormat(settings_),
                             .surroundings = surroundings_ ? surroundings_() : Surroundings{},
-                            .isDark = theme_.isDark()};
+                            .isDark = theme_.isDark(),
+                            .showsDetails = showsDetails_};
     std::vector<CardRow> rows;
     for (const Section section : visibleCards(settings_)) {
         if (hasSource(section, source.snapshot)) known_.insert(section);

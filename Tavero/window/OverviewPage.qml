@@ -10,19 +10,25 @@ FocusScope {
 
     required property OverviewModel overview
 
-    readonly property int leastCardWidth: 320
+    readonly property int leastCardWidth: 344 // for two columns of figures
+    readonly property int mostWidth: 1600
     readonly property int mostCardHeight: overview.showsDetails ? 440 : 0 // curves may grow
     readonly property int fitting: Math.floor((width - 2 * Theme.margin + Theme.spacing) / (leastCardWidth + Theme.spacing))
     readonly property int columns: Math.max(1, Math.min(fitting, 3, cards.count))
 
-    // Scrolls as far as it takes to show all of the item.
+    readonly property Item focused: Window.activeFocusItem
+
+    onFocusedChanged: if (focused && focused.parent === grid)
+        reveal(focused)
+
+    // Scrolls as far as it takes to show all of the item, or its top if it is too tall.
     function reveal(item: Item) {
         const top = item.mapToItem(content, 0, 0).y + content.y - Theme.spacing;
         const bottom = top + item.height + 2 * Theme.spacing;
         if (top < flickable.contentY)
             flickable.contentY = Math.max(0, top);
         else if (bottom > flickable.contentY + flickable.height)
-            flickable.contentY = Math.min(bottom, flickable.contentHeight) - flickable.height;
+            flickable.contentY = Math.min(top, Math.min(bottom, flickable.contentHeight) - flickable.height);
     }
 
     function scrollBy(distance: real) {
@@ -58,8 +64,8 @@ FocusScope {
 
             height: Math.max(implicitHeight, flickable.height - y - Theme.margin + Theme.spacing)
             spacing: Theme.spacing
-            width: flickable.width - 2 * Theme.margin
-            x: Theme.margin
+            width: Math.min(flickable.width - 2 * Theme.margin, page.mostWidth)
+            x: (flickable.width - width) / 2
             y: Theme.margin
 
             TitleRow {
@@ -79,6 +85,8 @@ FocusScope {
                 visible: page.overview.isWaiting
             }
             GridLayout {
+                id: grid
+
                 Layout.fillHeight: true
                 Layout.fillWidth: true
                 Layout.maximumHeight: Math.max(implicitHeight, Math.ceil(cards.count / columns) * page.mostCardHeight)
@@ -93,15 +101,9 @@ FocusScope {
                     model: page.overview.cards
 
                     OverviewCard {
-                        id: card
-
                         Layout.fillHeight: true
                         Layout.fillWidth: true
                         Layout.preferredWidth: 1 // any width, as long as all have the same
-                        showsDetails: page.overview.showsDetails
-
-                        onActiveFocusChanged: if (activeFocus)
-                            page.reveal(card)
                     }
                 }
             }

@@ -12,13 +12,11 @@
 
 #include <cmath>
 #include <cstdio>
-#include <functional>
-#include <span>
 
 namespace tavero {
 namespace {
 
-constexpr std::uint64_t mebibyte = 1024 * 1024;
+constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
 
 // A machine that does a little of everything for a minute and a half. What it lacks, it lacks.
 void live(TestMachine& machine) {
@@ -71,115 +69,75 @@ void addEverything(TestMachine& machine) {
                           .app = {AppIdentity::Kind::tool, "editor"}}};
 }
 
-struct Scene {
-    const char* name;
-    QSize size;
-    bool isDark;
-    const char* summary;
-    std::function<void(TestMachine&)> prepare;
-};
+void twoCards(TestMachine& machine) {
+    machine.cpu = TestMachine::quietCpu();
+    machine.memory = TestMachine::halfFullMemory();
+    live(machine);
+}
+
+void everything(TestMachine& machine) {
+    addEverything(machine);
+    live(machine);
+}
+
+void headlinesOnly(TestMachine& machine) {
+    machine.settings.set(keys::cardDetails, false);
+    everything(machine);
+}
+
+void notYet(TestMachine& machine) { machine.start(); }
+
+void hardlyAnything(TestMachine& machine) {
+    machine.battery = BatterySnapshot{.percent = 3, .isCharging = true, .onExternalPower = true};
+    machine.disk = DiskSnapshot{.bytesRead = 1, .capacity = 0, .available = -5};
+    machine.network = NetworkSnapshot{.bytesIn = 1};
+    live(machine);
+}
+
+void tooMuch(TestMachine& machine) {
+    addEverything(machine);
+    machine.cpu->perCore.assign(64, 0.0);
+    machine.cpu->loadAverage.one = 1234.5;
+    machine.memory->total = std::uint64_t{2048} * 1024 * mebibyte;
+    machine.memory->pressure = MemoryPressure::critical;
+    ProcessSample& process = machine.processes.front();
+    process.name = "A <b>helper</b> whose name nobody ever thought of shortening";
+    process.app.id = process.name;
+    live(machine);
+    machine.cpu->user = 0.97;
+    machine.cpu->system = 0.03;
+    machine.cpu->perCore.assign(64, 1.0);
+    machine.run(std::chrono::seconds(1));
+}
 
 const char laptop[] = "MacBook Air · Apple M3 · 16 GB · 512 GB";
+const char longSummary[] =
+    "A workstation with quite a long name · Some processor with 64 cores and "
+    "then some at 3.20 GHz · 2048 GB · 4096 GB";
+
+struct Scene {
+    const char* name;
+    void (*prepare)(TestMachine&);
+    QSize size = {1180, 820};
+    bool isDark = false;
+    const char* summary = laptop;
+};
 
 const Scene scenes[] = {
-    {"two-cards",
-     {1180, 820},
-     false,
-     "Laptop 14 · 8 cores at 3.2 GHz · 16 GB · 512 GB",
-     [](TestMachine& machine) {
-         machine.cpu = TestMachine::quietCpu();
-         machine.memory = TestMachine::halfFullMemory();
-         live(machine);
-     }},
-    {"two-cards-dark",
-     {1180, 820},
-     true,
-     "",
-     [](TestMachine& machine) {
-         machine.cpu = TestMachine::quietCpu();
-         machine.memory = TestMachine::halfFullMemory();
-         live(machine);
-     }},
-    {"all",
-     {1180, 820},
-     false,
-     laptop,
-     [](TestMachine& machine) {
-         addEverything(machine);
-         live(machine);
-     }},
-    {"all-dark",
-     {1180, 820},
-     true,
-     laptop,
-     [](TestMachine& machine) {
-         addEverything(machine);
-         live(machine);
-     }},
-    {"narrow",
-     {560, 700},
-     false,
-     laptop,
-     [](TestMachine& machine) {
-         addEverything(machine);
-         live(machine);
-     }},
-    {"smallest-dark",
-     {480, 420},
-     true,
-     laptop,
-     [](TestMachine& machine) {
-         addEverything(machine);
-         live(machine);
-     }},
-    {"two-columns",
-     {800, 820},
-     false,
-     laptop,
-     [](TestMachine& machine) {
-         addEverything(machine);
-         live(machine);
-     }},
-    {"no-details",
-     {1180, 820},
-     false,
-     laptop,
-     [](TestMachine& machine) {
-         machine.settings.set(keys::cardDetails, false);
-         addEverything(machine);
-         live(machine);
-     }},
-    {"waiting", {1180, 820}, false, laptop, [](TestMachine& machine) { machine.start(); }},
-    {"absent",
-     {1180, 820},
-     true,
-     "",
-     [](TestMachine& machine) {
-         machine.battery =
-             BatterySnapshot{.percent = 3, .isCharging = true, .onExternalPower = true};
-         machine.disk = DiskSnapshot{.bytesRead = 1, .capacity = 0, .available = -5};
-         machine.network = NetworkSnapshot{.bytesIn = 1};
-         live(machine);
-     }},
-    {"extreme",
-     {1180, 820},
-     false,
-     "A workstation with quite a long name · Some Processor With 64 Cores And Then Some @ 3.20 GHz"
-     " · 2048 GB · 4096 GB",
-     [](TestMachine& machine) {
-         addEverything(machine);
-         machine.cpu->perCore.assign(64, 0.0);
-         machine.cpu->loadAverage.one = 1234.5;
-         machine.memory->total = std::uint64_t{2048} * 1024 * mebibyte;
-         machine.memory->pressure = MemoryPressure::critical;
-         machine.processes[0].name = "A <b>helper</b> whose name nobody ever thought of shortening";
-         machine.processes[0].app.id = machine.processes[0].name;
-         live(machine);
-         machine.cpu->user = 0.97;
-         machine.cpu->system = 0.03;
-         machine.cpu->perCore.assign(64, 1.0);
-         machine.run(std::chrono::seconds(1));
-     }},
+    {"two-cards", twoCards},
+    {"two-cards-dark", twoCards, {1180, 820}, true, ""},
+    {"all", everything},
+    {"all-dark", everything, {1180, 820}, true},
+    {"two-columns", everything, {800, 820}},
+    {"narrow", everything, {560, 700}},
+    {"narrow-dark", everything, {560, 700}, true},
+    {"smallest", everything, {480, 420}},
+    {"largest", everything, {2560, 1400}},
+    {"headlines", headlinesOnly},
+    {"waiting", notYet},
+    {"absent-dark", hardlyAnything, {1180, 820}, true, ""},
+    {"extreme", tooMuch, {1180, 820}, false, longSummary},
+    {"extreme-narrow", tooMuch, {560, 700}, false, longSummary},
 };
 
 QQuickWindow* shownWindow() {

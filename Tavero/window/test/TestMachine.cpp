@@ -13,7 +13,7 @@ CPUSnapshot TestMachine::quietCpu() {
 }
 
 MemorySnapshot TestMachine::halfFullMemory() {
-    constexpr std::uint64_t mebibyte = 1024 * 1024;
+    constexpr std::uint64_t mebibyte = std::uint64_t{1} << 20;
     return {.total = 16384 * mebibyte,
             .app = 5100 * mebibyte,
             .wired = 1900 * mebibyte,
