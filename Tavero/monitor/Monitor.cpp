@@ -107,15 +107,25 @@ void Monitor::viewAppeared(ViewKind kind) {
 
 void Monitor::viewDisappeared(ViewKind kind) { cadence_.disappeared(kind); }
 
-void Monitor::refreshSoon(std::function<bool()> haveEnded) {
-    pollEnded(quitPolls_.emplace(quitPolls_.end()), std::move(haveEnded), mostQuitPolls);
+bool Monitor::quit(const std::string& bundlePath) {
+    if (!services_.askToQuit) return false;
+    std::optional<std::function<bool()>> hasEnded = services_.askToQuit(bundlePath);
+    if (!hasEnded) return false;
+    QuitRequest request{.hasEnded = std::move(*hasEnded), .pollsLeft = mostQuitPolls};
+    if (snapshot_)
+        for (const AppUsage& row : snapshot_->apps)
+            if (row.bundlePath == bundlePath) request.memory = row.memory;
+    refreshSoon(quitPolls_.emplace(quitPolls_.end()), std::move(request));
+    return true;
 }
 
-void Monitor::pollEnded(std::list<Timer>::iterator poll, std::function<bool()> haveEnded,
-                        int pollsLeft) {
-    *poll = clock_.after(quitPollInterval, [=, this, haveEnded = std::move(haveEnded)] {
-        if (!haveEnded() && pollsLeft > 1) return pollEnded(poll, haveEnded, pollsLeft - 1);
+void Monitor::refreshSoon(std::list<Timer>::iterator poll, QuitRequest request) {
+    *poll = clock_.after(quitPollInterval, [this, poll, request = std::move(request)]() mutable {
+        const bool hasEnded = request.hasEnded();
+        if (!hasEnded && --request.pollsLeft > 0) return refreshSoon(poll, std::move(request));
         quitPolls_.erase(poll);
+        if (hasEnded && request.memory > 0)
+            show(format(settings_).bytes(request.memory) + " freed");
         wakeUp();
     });
 }

@@ -55,8 +55,9 @@ class Monitor : public QObject {
     void viewAppeared(ViewKind kind);
     void viewDisappeared(ViewKind kind);
 
-    // Looks again as soon as `haveEnded` says so, or after 3 s: for apps that were told to quit.
-    void refreshSoon(std::function<bool()> haveEnded);
+    // Asks an app to quit. True means that the request went out, not that the app is gone. Looks
+    // again as soon as it has, or after 3 s, and says how much memory that freed.
+    bool quit(const std::string& bundlePath);
 
     // Shows a short text for 3 s.
     void show(std::string toast);
@@ -103,7 +104,12 @@ class Monitor : public QObject {
     void presentApps(LiveSnapshot& next) const;
     void recordHistory(const LiveSnapshot& snapshot);
     void updateMenuBar(const LiveSnapshot& snapshot);
-    void pollEnded(std::list<Timer>::iterator poll, std::function<bool()> haveEnded, int pollsLeft);
+    struct QuitRequest {
+        std::function<bool()> hasEnded;
+        std::uint64_t memory = 0; // bytes that the app held when it was asked
+        int pollsLeft = 0;
+    };
+    void refreshSoon(std::list<Timer>::iterator poll, QuitRequest request);
 
     Clock& clock_;
     Settings& settings_;

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <string>
 
 namespace tavero {
 
@@ -24,6 +25,10 @@ struct MonitorServices {
     std::function<void()> refreshBluetooth;
 
     std::function<ThermalState()> thermalState;
+
+    // Asks an app politely to quit, by its bundle path. Absent if no request went out; otherwise it
+    // tells whether the app has gone.
+    std::function<std::optional<std::function<bool()>>(const std::string&)> askToQuit;
 
     std::function<SoundSnapshot()> readSound;
     std::function<void(double)> setVolume; // fraction

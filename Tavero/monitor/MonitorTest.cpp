@@ -317,41 +317,67 @@ TEST_F(MonitorTest, WithABatteryThePowerGraphShowsItsCharge) {
 }
 
 TEST_F(MonitorTest, AfterQuittingItLooksAgainAsSoonAsTheAppHasGone) {
+    bool gone = false;
+    std::string asked;
+    services.askToQuit = [&](const std::string& path) {
+        asked = path;
+        return std::optional<std::function<bool()>>([&] { return gone; });
+    };
+    processes[0].app = {AppIdentity::Kind::app, "/Applications/Editor.app"};
+    processes[0].memory = 700 << 20;
     make().start();
     time.advance(0s);
-    bool gone = false;
-    monitor->refreshSoon([&] { return gone; });
+    EXPECT_TRUE(monitor->quit("/Applications/Editor.app"));
+    EXPECT_EQ(asked, "/Applications/Editor.app");
     time.advance(500ms);
+    EXPECT_FALSE(monitor->toast());
     gone = true;
     time.advance(100ms);
     EXPECT_EQ(secondsOfPasses(), (std::vector<double>{0, 0.6}));
+    EXPECT_EQ(monitor->toast(), "700 MB freed");
 }
 
 TEST_F(MonitorTest, AfterQuittingItLooksAgainInThreeSecondsEvenIfTheAppStays) {
+    int asked = 0;
+    services.askToQuit = [&](const std::string&) {
+        return std::optional<std::function<bool()>>([&] { return ++asked, false; });
+    };
     make().start();
     time.advance(0s);
-    int asked = 0;
-    monitor->refreshSoon([&] {
-        ++asked;
-        return false;
-    });
+    EXPECT_TRUE(monitor->quit("/Applications/Editor.app"));
     time.advance(3s);
     EXPECT_EQ(asked, 15);
     EXPECT_EQ(secondsOfPasses(), (std::vector<double>{0, 3}));
+    EXPECT_FALSE(monitor->toast());
 }
 
-TEST_F(MonitorTest, TwoAppsThatWereToldToQuitAreWatchedIndependently) {
+TEST_F(MonitorTest, TwoAppsThatWereAskedToQuitAreWatchedIndependently) {
+    bool firstGone = false;
+    services.askToQuit = [&](const std::string& path) {
+        const bool isFirst = path == "first";
+        return std::optional<std::function<bool()>>([&, isFirst] { return isFirst && firstGone; });
+    };
     make().start();
     time.advance(0s);
-    bool firstGone = false;
-    monitor->refreshSoon([&] { return firstGone; });
-    monitor->refreshSoon([] { return false; });
+    EXPECT_TRUE(monitor->quit("first"));
+    EXPECT_TRUE(monitor->quit("second"));
     time.advance(1s);
     firstGone = true;
     time.advance(200ms);
     EXPECT_EQ(secondsOfPasses(), (std::vector<double>{0, 1.2}));
     time.advance(1800ms);
     EXPECT_EQ(secondsOfPasses(), (std::vector<double>{0, 1.2, 3}));
+}
+
+TEST_F(MonitorTest, ARequestThatDidNotGoOutIsNotWaitedFor) {
+    make().start();
+    time.advance(0s);
+    EXPECT_FALSE(monitor->quit("/Applications/Editor.app")); // nobody there to ask
+    services.askToQuit = [](const std::string&) { return std::optional<std::function<bool()>>(); };
+    make().start();
+    time.advance(0s);
+    EXPECT_FALSE(monitor->quit("/Applications/Editor.app"));
+    EXPECT_EQ(time.pending(), 1u); // the loop's own wait
 }
 
 TEST_F(MonitorTest, SettingTheVolumeShowsAtOnceAndUnmutes) {

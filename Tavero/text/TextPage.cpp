@@ -1,5 +1,6 @@
 #include "text/TextPage.h"
 
+#include "monitor/Tops.h"
 #include "presentation/MetricPresence.h"
 #include "presentation/MetricReading.h"
 #include "presentation/MetricStatus.h"
@@ -21,6 +22,10 @@ constexpr int mostColumns = 100; // longer lines are harder to read
 constexpr int labelColumns = 13;
 constexpr double graphSeconds = 60;
 constexpr int coreColumns = 24;
+constexpr std::size_t mostApps = 10;
+constexpr int nameColumns = 30;
+constexpr int cpuColumns = 8;
+constexpr int memoryColumns = 12;
 
 // Escape codes of the terminal, empty where it is not coloured.
 struct Pen {
@@ -69,6 +74,7 @@ class Page {
     std::vector<std::string> lines() {
         for (const Metric metric : allMetrics)
             if (isPresent(metric, snapshot_)) addMetric(metric);
+        addApps();
         if (!lines_.empty() && lines_.back().empty()) lines_.pop_back();
         return std::move(lines_);
     }
@@ -104,6 +110,11 @@ class Page {
         width = std::min(width, left_);
         left_ -= width;
         return fitted(text, width);
+    }
+    std::string takingRight(std::string_view text, int width) {
+        width = std::min(width, left_);
+        left_ -= width;
+        return fittedRight(text, width);
     }
 
     void addGraph(Metric metric) {
@@ -152,6 +163,26 @@ class Page {
         if (memory.swapTotal > 0) legend.push_back({"Swap", format_.bytes(memory.swapUsed)});
         lines_.push_back(pen_.colored(Metric::memory, textStackedBar(bar, columns_)));
         addRow(legend);
+    }
+
+    // The apps that use the most, one a line: name, CPU, memory, and what there is to say of them.
+    void addApps() {
+        std::vector<AppUsage> apps = usingTheMost(snapshot_);
+        if (apps.empty()) return;
+        apps.resize(std::min(apps.size(), mostApps));
+        left_ = columns_;
+        std::string head = pen_.bold(taking("Using the most", nameColumns));
+        head += pen_.dim(takingRight("CPU", cpuColumns)) +
+                pen_.dim(takingRight("Memory", memoryColumns));
+        lines_.push_back(std::move(head));
+        for (const AppUsage& app : apps) {
+            left_ = columns_;
+            std::string line = taking(app.name, nameColumns);
+            line += takingRight(percent(app.cpu) + "%", cpuColumns);
+            line += takingRight(format_.bytes(app.memory), memoryColumns);
+            if (app.note) line += taking("", 2) + pen_.dim(taking(*app.note, textWidth(*app.note)));
+            lines_.push_back(std::move(line));
+        }
     }
 
     void addStats(Metric metric) {

@@ -70,9 +70,30 @@ TEST_F(TextPageTest, WhatTheMachineHasMoreOfAppearsBelow) {
     EXPECT_NE(text.find("Network      0 KB/s"), std::string::npos) << text;
 }
 
+TEST_F(TextPageTest, TheAppsThatUseTheMostAreListedWithTheirNotes) {
+    snapshot.apps = {{.identity = {AppIdentity::Kind::app, "/Applications/Mail.app"},
+                      .name = "Mail",
+                      .bundlePath = "/Applications/Mail.app",
+                      .cpu = 0.125,
+                      .memory = 512ull << 20},
+                     {.identity = {AppIdentity::Kind::tool, "cc1plus"},
+                      .name = "cc1plus",
+                      .cpu = 1.5,
+                      .memory = 2ull << 30,
+                      .note = "growing for 6 min"}};
+    const std::string text = page(snapshot);
+    EXPECT_NE(text.find("Using the most                     CPU      Memory\n"
+                        "cc1plus                           150%      2.0 GB  growing for 6 min\n"
+                        "Mail                               12%      512 MB\n"),
+              std::string::npos)
+        << text;
+}
+
 TEST_F(TextPageTest, NoLineIsWiderThanTheTerminal) {
     snapshot.cpu->perCore.assign(64, 1.0);
     snapshot.memory->swapTotal = ~0ull;
+    snapshot.apps.assign(
+        30, {.name = std::string(200, 'n'), .cpu = 1e9, .memory = ~0ull, .note = "note"});
     snapshot.memory->swapUsed = ~0ull;
     for (int i = 0; i < 70; ++i) {
         snapshot.date += 1s;
