@@ -1,6 +1,7 @@
 #include "apps/AppGrouping.h"
 #include "apps/AppIdentities.h"
 #include "apps/ProcessSampler.h"
+#include "platform/linux/processes/LinuxBundles.h"
 #include "platform/linux/processes/LinuxProcesses.h"
 
 #include <benchmark/benchmark.h>
@@ -87,12 +88,13 @@ BENCHMARK(ProcessPass)->Arg(1000)->Iterations(12)->UseManualTime()->Unit(benchma
 // The same and the apps that they belong to.
 void AppsPass(benchmark::State& state) {
     const auto entries = desktop();
+    LinuxBundles bundles(entries);
     LinuxProcesses source("/", entries);
     ProcessSampler sampler;
     std::unordered_map<AppIdentity, std::string> names;
     const auto nameFor = [&](const AppIdentity& identity) -> const std::string& {
         const auto [name, isNew] = names.try_emplace(identity);
-        if (isNew) name->second = AppGrouping::displayName(identity, entries.get());
+        if (isNew) name->second = AppGrouping::displayName(identity, &bundles);
         return name->second;
     };
     measure(state, [&] {

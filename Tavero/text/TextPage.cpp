@@ -19,7 +19,7 @@ namespace {
 
 constexpr int leastColumns = 24;
 constexpr int mostColumns = 100; // longer lines are harder to read
-constexpr int labelColumns = 13;
+constexpr int labelColumns = 14;
 constexpr double graphSeconds = 60;
 constexpr int coreColumns = 24;
 constexpr std::size_t mostApps = 10;
@@ -89,7 +89,7 @@ class Page {
         lines_.emplace_back();
     }
 
-    // CPU          12 %         Normal  Load 0.4 of 2
+    // CPU           12 %          Normal  Load 0.4 of 2
     void addHeadline(Metric metric) {
         const Reading now = reading(metric, snapshot_, format_);
         const std::optional<Status> mood = status(metric, snapshot_);

@@ -43,10 +43,10 @@ TEST_F(TextPageTest, BeforeTheFirstPassItSaysThatItIsReading) {
 
 TEST_F(TextPageTest, CpuAndMemoryAreToldInWordsAndBars) {
     const std::string text = page(snapshot);
-    EXPECT_NE(text.find("CPU          15 %         Normal  Load 0.4 of 2"), std::string::npos)
+    EXPECT_NE(text.find("CPU           15 %          Normal  Load 0.4 of 2"), std::string::npos)
         << text;
     EXPECT_NE(text.find("  1 ███▎·········  25%"), std::string::npos) << text;
-    EXPECT_NE(text.find("Memory       7.0 / 16 GB  Normal\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("Memory        7.0 / 16 GB   Normal\n"), std::string::npos) << text;
     EXPECT_NE(text.find("█ Apps 4.0 GB  ▓ Wired 2.0 GB  ▒ Compressed 1.0 GB"), std::string::npos)
         << text;
     EXPECT_NE(text.find("· Free 4.0 GB"), std::string::npos) << text;
@@ -56,8 +56,8 @@ TEST_F(TextPageTest, CpuAndMemoryAreToldInWordsAndBars) {
 
 TEST_F(TextPageTest, APassThatFailedToReadKeepsItsPlaceWithADash) {
     const std::string text = page(LiveSnapshot{});
-    EXPECT_NE(text.find("CPU          – %"), std::string::npos) << text;
-    EXPECT_NE(text.find("Memory       – GB"), std::string::npos) << text;
+    EXPECT_NE(text.find("CPU           – %"), std::string::npos) << text;
+    EXPECT_NE(text.find("Memory        – GB"), std::string::npos) << text;
 }
 
 TEST_F(TextPageTest, WhatTheMachineHasMoreOfAppearsBelow) {
@@ -65,9 +65,9 @@ TEST_F(TextPageTest, WhatTheMachineHasMoreOfAppearsBelow) {
     snapshot.cpuTemperature = 64.0;
     snapshot.networkInTotal = 5;
     const std::string text = page(snapshot);
-    EXPECT_NE(text.find("GPU          40 %"), std::string::npos) << text;
-    EXPECT_NE(text.find("Temperature  64 °C"), std::string::npos) << text;
-    EXPECT_NE(text.find("Network      0 KB/s"), std::string::npos) << text;
+    EXPECT_NE(text.find("GPU           40 %"), std::string::npos) << text;
+    EXPECT_NE(text.find("Temperature   64 °C"), std::string::npos) << text;
+    EXPECT_NE(text.find("Network       0 KB/s"), std::string::npos) << text;
 }
 
 TEST_F(TextPageTest, TheAppsThatUseTheMostAreListedWithTheirNotes) {

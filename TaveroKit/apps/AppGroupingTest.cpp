@@ -43,12 +43,14 @@ std::vector<AppGroup> group(const std::vector<ProcessSample>& samples,
 
 std::vector<std::string> names(const std::vector<AppGroup>& groups) {
     std::vector<std::string> result;
+    result.reserve(groups.size());
     for (const AppGroup& g : groups) result.push_back(g.name());
     return result;
 }
 
 std::vector<std::int32_t> pids(const AppGroup& group) {
     std::vector<std::int32_t> result;
+    result.reserve(group.processes().size());
     for (const ProcessSample* p : group.processes()) result.push_back(p->pid);
     return result;
 }

@@ -18,6 +18,7 @@ ProcessSample process(std::int32_t pid, const std::string& name, double cpu,
 AppUsage row(const std::vector<ProcessSample>& processes, const UsageExtras& extras = {},
              const NetworkTotals& totals = {}, const AppIdentity& identity = web) {
     std::vector<const ProcessSample*> borrowed;
+    borrowed.reserve(processes.size());
     for (const ProcessSample& p : processes) borrowed.push_back(&p);
     return usage(AppGroup(identity, "Web", borrowed), extras, totals);
 }
@@ -151,6 +152,7 @@ TEST(NetworkApps, SortedByRateThenByTotalThenAsGiven) {
 
 TEST(NetworkApps, FifteenStandAndMoreAreCut) {
     std::vector<AppUsage> rows;
+    rows.reserve(16);
     for (int i = 0; i < 15; ++i) rows.push_back(traffic(std::to_string(i), 100.0 - i, 0));
     EXPECT_EQ(networkApps(rows).size(), 15u);
     rows.push_back(traffic("busiest", 1000, 0));

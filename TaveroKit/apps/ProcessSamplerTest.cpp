@@ -64,6 +64,7 @@ class ProcessSamplerTest : public testing::Test {
 
 std::vector<std::int32_t> pids(const std::vector<ProcessSample>& samples) {
     std::vector<std::int32_t> result;
+    result.reserve(samples.size());
     for (const ProcessSample& s : samples) result.push_back(s.pid);
     return result;
 }

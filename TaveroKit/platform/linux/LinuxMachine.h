@@ -6,8 +6,8 @@
 
 namespace tavero {
 
-// A Linux machine whose /proc and /sys stand under this folder: "/" is the host, another one a
-// recorded machine.
+// A recorded Linux machine, whose /proc and /sys stand under this folder. Its processes are
+// measured by what their files say; Machine::host() asks the kernel's clocks.
 Machine linuxMachine(const std::filesystem::path& root);
 
 } // namespace tavero

@@ -1,10 +1,12 @@
 #include "platform/Machine.h"
 
 #include "platform/mac/Host.h"
+#include "platform/mac/MacBundles.h"
 #include "platform/mac/MacCpu.h"
 #include "platform/mac/MacDisk.h"
 #include "platform/mac/MacMemory.h"
 #include "platform/mac/MacNetwork.h"
+#include "platform/mac/MacProcesses.h"
 
 namespace tavero {
 
@@ -15,6 +17,8 @@ Machine Machine::host() {
         .memory = std::make_unique<MacMemory>(kernel),
         .disk = std::make_unique<MacDisk>(hostRegistry(), hostVolumes()),
         .network = std::make_unique<MacNetwork>(kernel),
+        .processes = std::make_unique<MacProcesses>(hostProcesses()),
+        .bundles = std::make_unique<MacBundles>(hostBundles()),
         .power = hostPower(),
     };
 }

@@ -1,7 +1,12 @@
 #pragma once
 
+#include "platform/BundleSource.h"
 #include "platform/sim/Curve.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <limits>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -9,7 +14,7 @@ namespace tavero {
 
 // What happens on the simulated Mac as time passes, told as curves over the seconds since it began.
 struct Scenario {
-    // Fractions of one CPU; together at most 1 at any time.
+    // Fractions of one CPU; with the processes on it at most 1 at any time.
     struct Cpu {
         Curve user;
         Curve system;
@@ -34,12 +39,37 @@ struct Scenario {
         Curve out;
     };
 
+    // When a process runs, in seconds.
+    struct Life {
+        static constexpr double forever = std::numeric_limits<double>::infinity();
+
+        double begins = 0;
+        double lasts = forever;
+        double every = forever; // it begins again after this time, under the same pid
+    };
+    // Its CPU and disk use are part of the machine's, and 0 while it doesn't run.
+    struct Process {
+        std::int32_t pid = 0;
+        std::string path;       // empty if the system doesn't tell it
+        bool isRefused = false; // another user's: the system doesn't tell its usage
+        std::int32_t threads = 1;
+        std::size_t core = 0; // the CPU that it runs on
+        Curve cpu;            // cores
+        double system = 0.25; // the share of `cpu` that the kernel spends for it
+        Curve memory;         // bytes
+        Disk disk;
+        Life life;
+    };
+
     std::string name;
-    std::vector<Cpu> cpus; // efficiency cores first, as the Mac counts them
+    // Efficiency cores first, as the Mac counts them. What the kernel does beside the processes.
+    std::vector<Cpu> cpus;
     Memory memory;
-    Disk disk;
+    Disk disk; // likewise beside the processes
     Network wifi;
-    Curve onBattery; // runs on battery while above 0
+    std::vector<Process> processes;             // those that began first come first
+    std::map<std::string, BundleNames> bundles; // by path
+    Curve onBattery;                            // runs on battery while above 0
 };
 
 // A Mac that somebody reads mail on: mostly idle, a burst now and then, unplugged after a while.

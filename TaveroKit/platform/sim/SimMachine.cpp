@@ -1,10 +1,13 @@
 #include "platform/sim/SimMachine.h"
 
+#include "platform/mac/MacBundles.h"
 #include "platform/mac/MacCpu.h"
 #include "platform/mac/MacDisk.h"
 #include "platform/mac/MacMemory.h"
 #include "platform/mac/MacNetwork.h"
+#include "platform/mac/MacProcesses.h"
 #include "platform/sim/SimKernel.h"
+#include "platform/sim/SimProcessTable.h"
 
 #include <utility>
 
@@ -60,6 +63,28 @@ class SimVolumes : public MacVolumes {
     std::shared_ptr<SimTimeline> timeline_;
 };
 
+class SimBundleInfo : public MacBundleInfo {
+  public:
+    explicit SimBundleInfo(std::shared_ptr<SimTimeline> timeline)
+        : timeline_(std::move(timeline)) {}
+
+    std::optional<PropertyMap> info(const std::string& bundlePath,
+                                    std::span<const char* const> keys) override {
+        return timeline_->read([&](const SimState& state) -> std::optional<PropertyMap> {
+            const auto bundle = state.bundleInfo.find(bundlePath);
+            if (bundle == state.bundleInfo.end()) return std::nullopt;
+            PropertyMap info;
+            for (const char* key : keys)
+                if (const auto value = bundle->second.find(key); value != bundle->second.end())
+                    info.insert(*value);
+            return info;
+        });
+    }
+
+  private:
+    std::shared_ptr<SimTimeline> timeline_;
+};
+
 } // namespace
 
 SimMachine::SimMachine() : timeline_(std::make_shared<SimTimeline>()) {}
@@ -79,6 +104,14 @@ std::shared_ptr<MacVolumes> SimMachine::volumes() const {
     return std::make_shared<SimVolumes>(timeline_);
 }
 
+std::shared_ptr<MacProcessTable> SimMachine::processTable() const {
+    return std::make_shared<SimProcessTable>(timeline_);
+}
+
+std::shared_ptr<MacBundleInfo> SimMachine::bundleInfo() const {
+    return std::make_shared<SimBundleInfo>(timeline_);
+}
+
 Machine SimMachine::machine() const {
     const std::shared_ptr<MacKernel> macKernel = kernel();
     return {
@@ -86,6 +119,8 @@ Machine SimMachine::machine() const {
         .memory = std::make_unique<MacMemory>(macKernel),
         .disk = std::make_unique<MacDisk>(registry(), volumes()),
         .network = std::make_unique<MacNetwork>(macKernel),
+        .processes = std::make_unique<MacProcesses>(processTable()),
+        .bundles = std::make_unique<MacBundles>(bundleInfo()),
         .power = std::make_unique<SimPower>(timeline_),
     };
 }

@@ -1,7 +1,9 @@
 #pragma once
 
 #include "platform/Machine.h"
+#include "platform/mac/MacBundleInfo.h"
 #include "platform/mac/MacKernel.h"
+#include "platform/mac/MacProcessTable.h"
 #include "platform/mac/MacRegistry.h"
 #include "platform/mac/MacVolumes.h"
 #include "platform/sim/SimTimeline.h"
@@ -25,7 +27,12 @@ class SimMachine {
     std::shared_ptr<MacKernel> kernel() const;
     std::shared_ptr<MacRegistry> registry() const;
     std::shared_ptr<MacVolumes> volumes() const;
+    std::shared_ptr<MacProcessTable> processTable() const;
+    std::shared_ptr<MacBundleInfo> bundleInfo() const;
     SimState& state() { return timeline_->now(); }
+
+    // Ends what runs inside a bundle, as if its user had quit it. From any thread.
+    void quit(const std::string& bundlePath) { timeline_->quit(bundlePath); }
 
   private:
     std::shared_ptr<SimTimeline> timeline_;

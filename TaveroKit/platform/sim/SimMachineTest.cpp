@@ -219,16 +219,5 @@ TEST(SimMachine, EveryScenarioHoldsTogetherThroughAMonth) {
     }
 }
 
-TEST(SimMachine, NoCpuIsEverMoreThanBusy) {
-    for (const Scenario& scenario : scenarios())
-        for (const Scenario::Cpu& cpu : scenario.cpus)
-            for (double time = 0; time < 7200; time += 0.5) {
-                ASSERT_GE(cpu.user.at(time), 0) << scenario.name << " at " << time;
-                ASSERT_GE(cpu.system.at(time), 0) << scenario.name << " at " << time;
-                ASSERT_LE(cpu.user.at(time) + cpu.system.at(time), 0.99)
-                    << scenario.name << " at " << time;
-            }
-}
-
 } // namespace
 } // namespace tavero

@@ -112,6 +112,23 @@ void SimState::setInterfaces(const std::vector<SimInterface>& interfaces) {
     }
 }
 
+void SimState::setBundle(const std::string& path, const BundleNames& names) {
+    PropertyMap& info = bundleInfo[path];
+    info.clear();
+    if (names.displayName) info["CFBundleDisplayName"] = {*names.displayName};
+    if (names.name) info["CFBundleName"] = {*names.name};
+}
+
+void SimState::end(std::int32_t pid) {
+    std::erase_if(processes, [&](const SimProcess& process) { return process.pid == pid; });
+}
+
+void SimState::quit(const std::string& bundlePath) {
+    std::erase_if(processes, [inside = bundlePath + "/"](const SimProcess& process) {
+        return process.path && process.path->starts_with(inside);
+    });
+}
+
 SimState simLaptop() {
     constexpr std::uint64_t pages = simMemory / simPageSize;
 

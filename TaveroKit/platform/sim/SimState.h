@@ -1,10 +1,12 @@
 #pragma once
 
+#include "platform/BundleSource.h"
 #include "platform/CpuSource.h"
 #include "platform/DiskSource.h"
 #include "platform/MemorySource.h"
 #include "platform/NetworkSource.h"
 #include "platform/mac/MacKernel.h"
+#include "platform/mac/MacProcessTable.h"
 #include "platform/mac/PropertyValue.h"
 
 #include <cstddef>
@@ -23,6 +25,14 @@ struct SimInterface {
     InterfaceCounters counters;
 };
 
+// A process of the simulated Mac.
+struct SimProcess {
+    std::int32_t pid = 0;
+    std::optional<std::string> path;             // absent if the system refuses
+    std::optional<MacProcessTable::Usage> usage; // likewise
+    std::int32_t threads = 1;                    // refused together with the usage
+};
+
 // What the simulated Mac answers at one moment, in the form its calls have: plain values that a
 // scenario or a test sets. An absent one is a call that the system refuses.
 struct SimState {
@@ -36,6 +46,10 @@ struct SimState {
     std::map<std::string, std::vector<PropertyMap>> services;           // by class
     std::map<std::string, VolumeSpace> volumeSpaces;                    // by path
     std::vector<MountedVolume> volumes;
+    std::vector<SimProcess> processes; // in the order of the system's list
+    std::uint64_t absoluteTime = 0;    // ticks of the timebase
+    Timebase timebase{.numer = 125, .denom = 3};
+    std::map<std::string, PropertyMap> bundleInfo; // by path
 
     bool lowPowerMode = false;
     bool onExternalPower = true;
@@ -50,6 +64,12 @@ struct SimState {
     void setDisks(const std::vector<DiskCounters>& disks);
     // Both of their sysctls: the list, where the counters are cut, and the whole counters.
     void setInterfaces(const std::vector<SimInterface>& interfaces);
+    void setBundle(const std::string& path, const BundleNames& names);
+
+    // Takes processes out of the list, and a scenario leaves them out from then on: one process, or
+    // all that run inside a bundle.
+    void end(std::int32_t pid);
+    void quit(const std::string& bundlePath);
 };
 
 // Its memory.

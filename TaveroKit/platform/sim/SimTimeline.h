@@ -2,11 +2,14 @@
 
 #include "platform/sim/Scenario.h"
 #include "platform/sim/SimState.h"
+#include "platform/sim/SimTasks.h"
 #include "records/Date.h"
 
 #include <functional>
 #include <mutex>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace tavero {
 
@@ -19,7 +22,8 @@ class SimTimeline {
     SimTimeline(Scenario scenario, std::function<Date()> now);
 
     // What a scenario tells is written anew whenever time has passed; the rest stays as it is set.
-    // For whoever sets it, before the machine is read from another thread.
+    // A process that is missing from the list by then has ended. For whoever sets it, before the
+    // machine is read from another thread.
     SimState& now();
 
     // What `read` answers of the state of this moment. From any thread.
@@ -29,13 +33,24 @@ class SimTimeline {
         return read(now());
     }
 
+    // SimState::quit() at this moment. From any thread.
+    void quit(const std::string& bundlePath) {
+        const std::lock_guard lock(mutex_);
+        now().quit(bundlePath);
+    }
+
   private:
     void move(double elapsed);
+    std::vector<SimTasks::CpuTime> cpuTime(double time) const;
+    void moveCpus();
+    void moveMemory();
+    void moveDevices();
 
     std::mutex mutex_;
 
     SimState state_ = simLaptop();
     std::optional<Scenario> scenario_;
+    SimTasks tasks_{{}};
     std::function<Date()> now_;
     Date start_{};
     double elapsed_ = 0; // seconds, at the last move

@@ -32,7 +32,14 @@ typedef struct {
 @protocol NSCopying
 @end
 
+typedef NSUInteger NSStringEncoding;
+enum { NSUTF8StringEncoding = 4 };
+
 @interface NSString : NSObject <NSCopying>
+@property(readonly, copy) NSString* lowercaseString;
+- (nullable instancetype)initWithBytes:(const void*)bytes
+                                length:(NSUInteger)length
+                              encoding:(NSStringEncoding)encoding;
 @property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
 + (nullable instancetype)stringWithUTF8String:(const char*)text;
 @end
@@ -49,15 +56,25 @@ typedef struct {
 @end
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
+@property(readonly) NSUInteger count;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects
                            count:(NSUInteger)count;
 @end
 
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSFastEnumeration>
++ (instancetype)dictionary;
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
 @end
 
 @interface NSMutableDictionary<KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
+- (void)setObject:(nullable ObjectType)object forKeyedSubscript:(KeyType <NSCopying>)key;
+@end
+
+@interface NSBundle : NSObject
+@property(class, readonly, strong) NSBundle* mainBundle;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
++ (nullable instancetype)bundleWithPath:(NSString*)path;
+- (nullable id)objectForInfoDictionaryKey:(NSString*)key;
 @end
 
 typedef NSString* NSURLResourceKey;

@@ -1,0 +1,13 @@
+#include "platform/linux/processes/DesktopEntry.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdlib>
+#include <string_view>
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view text(reinterpret_cast<const char*>(data), size);
+    if (const auto entry = tavero::parseDesktopEntry(text); entry && entry->program.size() > size)
+        std::abort();
+    return 0;
+}
