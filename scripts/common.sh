@@ -62,6 +62,13 @@ build() {
     quietly "build-$preset" cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
+# sources PATTERN…: our own files with these names, each ended by a zero byte.
+sources() {
+    local names=() pattern
+    for pattern; do names+=(-o -name "$pattern"); done
+    find TaveroKit Tavero Benchmarks -name node_modules -prune -o \( "${names[@]:1}" \) -print0
+}
+
 build_packages=(g++ cmake ninja-build libicu-dev
     qt6-base-dev qt6-declarative-dev python3 python3-fonttools fonts-inter
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
