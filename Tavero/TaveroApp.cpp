@@ -8,9 +8,10 @@
 
 namespace tavero {
 
-TaveroApp::TaveroApp(Machine machine, Clock& clock)
+TaveroApp::TaveroApp(Machine machine, Clock& clock, MonitorServices services)
     : appearance_(hostAppearance()), theme_(settings_, *appearance_),
-      monitor_(std::move(machine), std::make_unique<ThreadWorker>(), clock, settings_),
+      monitor_(std::move(machine), std::make_unique<ThreadWorker>(), clock, settings_,
+               std::move(services)),
       mainWindow_(monitor_, settings_, theme_) {}
 
 void TaveroApp::launch() {

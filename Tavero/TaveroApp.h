@@ -3,6 +3,7 @@
 #include "components/Theme.h"
 #include "desktop/Appearance.h"
 #include "monitor/Monitor.h"
+#include "monitor/MonitorServices.h"
 #include "platform/Machine.h"
 #include "settings/Settings.h"
 #include "time/Clock.h"
@@ -16,7 +17,7 @@ namespace tavero {
 class TaveroApp {
   public:
     // The clock must outlive the application.
-    TaveroApp(Machine machine, Clock& clock);
+    TaveroApp(Machine machine, Clock& clock, MonitorServices services);
 
     // Opens what the user wants to see at launch and begins to sample.
     void launch();

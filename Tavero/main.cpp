@@ -1,8 +1,23 @@
 #include "TaveroApp.h"
 
+#include "apps/ProcessesOf.h"
 #include "desktop/Instance.h"
+#include "desktop/RunningApps.h"
 
 #include <QGuiApplication>
+
+namespace tavero {
+namespace {
+
+// With sources of its own: those of the engine are the worker's.
+std::vector<std::int32_t> processesOfApp(const std::string& bundlePath) {
+    const Machine machine = Machine::host();
+    return machine.processes ? processesOf(*machine.processes, bundlePath)
+                             : std::vector<std::int32_t>{};
+}
+
+} // namespace
+} // namespace tavero
 
 // tavero: the application on this machine.
 int main(int argc, char** argv) {
@@ -13,7 +28,10 @@ int main(int argc, char** argv) {
     if (!instance) return 0;
 
     const std::unique_ptr<Clock> clock = hostClock();
-    TaveroApp app(Machine::host(), *clock);
+    const std::unique_ptr<RunningApps> runningApps = hostRunningApps(processesOfApp);
+    TaveroApp app(Machine::host(), *clock, {.askToQuit = [&](const std::string& bundlePath) {
+                      return runningApps->askToQuit(bundlePath);
+                  }});
     QObject::connect(instance.get(), &Instance::activated, [&] { app.openMainWindow(); });
     app.launch();
     return QGuiApplication::exec();

@@ -17,6 +17,12 @@ std::optional<Scenario> scenarioNamed(const std::string& name) {
     return std::nullopt;
 }
 
+// An app of the simulated Mac always obeys, at once.
+std::optional<std::function<bool()>> asked(SimMachine& machine, const std::string& bundlePath) {
+    machine.quit(bundlePath);
+    return [] { return true; };
+}
+
 } // namespace
 } // namespace tavero
 
@@ -44,8 +50,10 @@ int main(int argc, char** argv) {
     }
 
     const std::unique_ptr<Clock> clock = hostClock();
-    const SimMachine machine(std::move(*scenario), [&] { return clock->now(); });
-    TaveroApp app(machine.machine(), *clock);
+    SimMachine machine(std::move(*scenario), [&] { return clock->now(); });
+    TaveroApp app(machine.machine(), *clock, {.askToQuit = [&](const std::string& bundlePath) {
+                      return asked(machine, bundlePath);
+                  }});
     app.launch();
     return QGuiApplication::exec();
 }

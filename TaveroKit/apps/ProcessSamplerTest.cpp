@@ -1,5 +1,7 @@
 #include "apps/ProcessSampler.h"
 
+#include "apps/ProcessesOf.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -316,6 +318,19 @@ TEST_F(ProcessSamplerTest, ASourceMayKnowTheOwnerBetterThanThePath) {
     EXPECT_EQ(samples[0].app, files);
     EXPECT_EQ(samples[1].app, AppIdentity::system);
     EXPECT_EQ(samples[2].app, (AppIdentity{AppIdentity::Kind::tool, "tool"}));
+}
+
+TEST(ProcessesOf, AnAppsProcessesAreTheOnesThatBelongToItNow) {
+    FakeProcesses source;
+    source.add({.pid = 10}, "/Applications/Mail.app/Contents/MacOS/Mail");
+    source.add({.pid = 11}, "/Applications/Mail.app/Contents/Helpers/Fetch");
+    source.add({.pid = 12}, "/usr/libexec/mds");
+    source.add({.pid = 13}, "/opt/tool");
+    EXPECT_THAT(processesOf(source, "/Applications/Mail.app"), ElementsAre(10, 11));
+    EXPECT_THAT(processesOf(source, "macOS System"), IsEmpty());
+    EXPECT_THAT(processesOf(source, ""), IsEmpty());
+    source.now.erase(source.now.begin());
+    EXPECT_THAT(processesOf(source, "/Applications/Mail.app"), ElementsAre(11));
 }
 
 } // namespace

@@ -67,7 +67,7 @@ enum { NSUTF8StringEncoding = 4 };
 @end
 
 @interface NSMutableDictionary<KeyType, ObjectType> : NSDictionary <KeyType, ObjectType>
-- (void)setObject:(nullable ObjectType)object forKeyedSubscript:(KeyType <NSCopying>)key;
+- (void)setObject:(nullable ObjectType)object forKeyedSubscript:(KeyType<NSCopying>)key;
 @end
 
 @interface NSBundle : NSObject
