@@ -38,8 +38,8 @@ bool assign(Value& field, Value value) {
 Monitor::Monitor(Machine machine, std::unique_ptr<Worker> worker, Clock& clock, Settings& settings,
                  MonitorServices services)
     : clock_(clock), settings_(settings), services_(std::move(services)),
-      power_(std::move(machine.power)), engine_(readers(std::move(machine))),
-      worker_(std::move(worker)) {}
+      systemName_(machine.systemName), power_(std::move(machine.power)),
+      engine_(readers(std::move(machine))), worker_(std::move(worker)) {}
 
 Monitor::Monitor(Readers readers, std::unique_ptr<PowerSource> power,
                  std::unique_ptr<Worker> worker, Clock& clock, Settings& settings,
@@ -174,7 +174,7 @@ void Monitor::recordApps(const LiveSnapshot& snapshot) {
 // The rows as surfaces show them: with their share of the power, their averages, and the system's
 // own row only while there is something to say about it.
 void Monitor::presentApps(LiveSnapshot& next) const {
-    next.apps = systemIssue_.present(withWatts(std::move(next.apps), powerDraw(next)));
+    next.apps = systemIssue_.present(withWatts(std::move(next.apps), powerDraw(next)), systemName_);
     for (AppUsage& row : next.apps)
         row = appLogs_.withAverages(std::move(row), physicalMemory_, clock_.now());
 }
@@ -201,8 +201,7 @@ void Monitor::updateMenuBar(const LiveSnapshot& snapshot) {
     menuBarGraphs_ = graphs_;
     emit menuBarChanged();
 
-    const ThermalState thermal =
-        services_.thermalState ? services_.thermalState() : ThermalState::nominal;
+    const ThermalState thermal = power_ ? power_->thermalState() : ThermalState::nominal;
     if (assign(strain_, detectStrain(snapshot, thermal, format(settings_)))) emit strainChanged();
     const bool isNewCPU = assign(notchCPU_, tavero::notchCPU(snapshot));
     const bool isNewMemory = assign(notchMemory_, tavero::notchMemory(snapshot));

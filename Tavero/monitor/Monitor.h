@@ -76,7 +76,7 @@ class Monitor : public QObject {
     const std::string& notchCPU() const { return notchCPU_; }
     const std::string& notchMemory() const { return notchMemory_; }
 
-    // What macOS itself is busy with, while that is worth telling.
+    // What the operating system itself is busy with, while that is worth telling.
     const std::optional<SystemActivity>& systemIssue() const { return systemIssue_.current(); }
     const std::optional<std::string>& toast() const { return toast_; }
     std::int64_t audioDevicesVersion() const { return audioDevicesVersion_; }
@@ -114,6 +114,7 @@ class Monitor : public QObject {
     Clock& clock_;
     Settings& settings_;
     MonitorServices services_;
+    std::string systemName_ = "macOS";
     std::unique_ptr<PowerSource> power_;
     MonitorEngine engine_; // on the worker only, once the loop runs
     Cadence cadence_;

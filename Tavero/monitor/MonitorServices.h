@@ -1,6 +1,5 @@
 #pragma once
 
-#include "monitor/Strain.h"
 #include "records/LiveSnapshot.h"
 
 #include <functional>
@@ -23,8 +22,6 @@ struct MonitorServices {
     std::function<void()> requestNotificationAuthorization;
     // Called at the start and then every minute or ten. Must not block.
     std::function<void()> refreshBluetooth;
-
-    std::function<ThermalState()> thermalState;
 
     // Asks an app politely to quit, by its bundle path. Absent if no request went out; otherwise it
     // tells whether the app has gone.

@@ -16,9 +16,11 @@ using namespace std::chrono_literals;
 
 struct FakePower final : PowerSource {
     bool external = true;
+    ThermalState thermal = ThermalState::nominal;
 
     bool lowPowerMode() override { return false; }
     bool onExternalPower() override { return external; }
+    ThermalState thermalState() override { return thermal; }
 };
 
 // A monitor over a machine of plain values, in virtual time.
@@ -465,8 +467,8 @@ TEST_F(MonitorTest, StrainAndTheNotchTextsFollowTheMenuBarAndChangeOnlyWhenTheyD
 }
 
 TEST_F(MonitorTest, AHotMachineIsUnderStrain) {
-    services.thermalState = [] { return ThermalState::serious; };
     make().start();
+    power->thermal = ThermalState::serious;
     time.advance(0s);
     ASSERT_TRUE(monitor->strain());
     EXPECT_EQ(monitor->strain()->text, "Hot");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/PowerSource.h"
 #include "presentation/Format.h"
 #include "presentation/Metric.h"
 #include "records/LiveSnapshot.h"
@@ -9,9 +10,6 @@
 #include <string_view>
 
 namespace tavero {
-
-// How the system rates its own heat.
-enum class ThermalState { nominal, fair, serious, critical };
 
 // The one thing that the machine suffers from, as the menu bar warns of it.
 struct Strain {

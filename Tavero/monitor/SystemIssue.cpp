@@ -31,7 +31,8 @@ void SystemIssue::update(const LiveSnapshot& snapshot) {
     }
 }
 
-std::vector<AppUsage> SystemIssue::present(std::vector<AppUsage> rows) const {
+std::vector<AppUsage> SystemIssue::present(std::vector<AppUsage> rows,
+                                           std::string_view systemName) const {
     const auto isSystem = [](const AppUsage& row) {
         return row.identity.kind == AppIdentity::Kind::system;
     };
@@ -41,7 +42,7 @@ std::vector<AppUsage> SystemIssue::present(std::vector<AppUsage> rows) const {
     }
     for (AppUsage& row : rows)
         if (isSystem(row)) {
-            row.name = "macOS · " + current_->description;
+            row.name = std::string(systemName) + " · " + current_->description;
             row.flag = "Unusual";
         }
     return rows;

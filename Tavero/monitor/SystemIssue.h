@@ -6,6 +6,7 @@
 #include "records/SystemActivity.h"
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 namespace tavero {
@@ -23,8 +24,9 @@ class SystemIssue {
     std::optional<Date> calmSince() const { return calmSince_; }
 
     // The rows in their order, where the system's own is there only while there is something to
-    // say about it, and says it.
-    std::vector<AppUsage> present(std::vector<AppUsage> rows) const;
+    // say about it, and says it: "macOS · Spotlight indexing".
+    std::vector<AppUsage> present(std::vector<AppUsage> rows,
+                                  std::string_view systemName = "macOS") const;
 
   private:
     std::optional<SystemActivity> current_;

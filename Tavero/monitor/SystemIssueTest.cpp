@@ -135,6 +135,7 @@ TEST(SystemIssue, TheSystemsRowTellsTheIssueInItsPlace) {
     EXPECT_EQ(shown[1].flag, "Unusual");
     EXPECT_EQ(shown[2], rows()[2]);
     EXPECT_EQ(time.issue.present(shown), shown);
+    EXPECT_EQ(time.issue.present(rows(), "Linux")[1].name, "Linux \u00B7 Indexing files");
 }
 
 } // namespace

@@ -9,11 +9,13 @@
 #include "platform/ProcessSource.h"
 
 #include <memory>
+#include <string>
 
 namespace tavero {
 
 // Everything that is read from a machine, one source a subject. A source that it lacks is null.
 struct Machine {
+    std::string systemName = "macOS"; // what its users call the operating system
     std::unique_ptr<CpuSource> cpu;
     std::unique_ptr<MemorySource> memory;
     std::unique_ptr<DiskSource> disk;

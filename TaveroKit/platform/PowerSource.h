@@ -2,7 +2,11 @@
 
 namespace tavero {
 
-// Where the machine's power comes from right now, as far as Tavero's own pace goes by it.
+// How the system rates its own heat.
+enum class ThermalState { nominal, fair, serious, critical };
+
+// Where the machine's power comes from right now and what becomes of it: what Tavero's own pace
+// goes by, and whether it warns of heat.
 class PowerSource {
   public:
     virtual ~PowerSource() = default;
@@ -11,6 +15,8 @@ class PowerSource {
     virtual bool lowPowerMode() = 0;
     // Plugged in, or a machine without a battery.
     virtual bool onExternalPower() = 0;
+    // Nominal where the system rates nothing.
+    virtual ThermalState thermalState() { return ThermalState::nominal; }
 };
 
 } // namespace tavero

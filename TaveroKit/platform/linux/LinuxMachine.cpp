@@ -23,6 +23,7 @@ Machine linuxMachine(const std::filesystem::path& root, ProcessClocks clocks,
                      std::vector<std::string> applications) {
     const auto desktop = std::make_shared<DesktopFolders>(std::move(applications));
     Machine machine;
+    machine.systemName = "Linux";
     machine.cpu = std::make_unique<LinuxCpu>(root);
     machine.memory = std::make_unique<LinuxMemory>(root);
     machine.disk = std::make_unique<LinuxDisk>(root);

@@ -14,6 +14,20 @@ class HostPower : public PowerSource {
     bool onExternalPower() override {
         return IOPSGetTimeRemainingEstimate() == kIOPSTimeRemainingUnlimited;
     }
+
+    ThermalState thermalState() override {
+        switch (NSProcessInfo.processInfo.thermalState) {
+        case NSProcessInfoThermalStateNominal:
+            return ThermalState::nominal;
+        case NSProcessInfoThermalStateFair:
+            return ThermalState::fair;
+        case NSProcessInfoThermalStateSerious:
+            return ThermalState::serious;
+        case NSProcessInfoThermalStateCritical:
+            return ThermalState::critical;
+        }
+        return ThermalState::nominal; // one that a later system adds
+    }
 };
 
 } // namespace

@@ -25,6 +25,9 @@ class SimPower : public PowerSource {
     bool onExternalPower() override {
         return timeline_->read([](const SimState& state) { return state.onExternalPower; });
     }
+    ThermalState thermalState() override {
+        return timeline_->read([](const SimState& state) { return state.thermalState; });
+    }
 
   private:
     std::shared_ptr<SimTimeline> timeline_;

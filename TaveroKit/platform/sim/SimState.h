@@ -5,6 +5,7 @@
 #include "platform/DiskSource.h"
 #include "platform/MemorySource.h"
 #include "platform/NetworkSource.h"
+#include "platform/PowerSource.h"
 #include "platform/mac/MacKernel.h"
 #include "platform/mac/MacProcessTable.h"
 #include "platform/mac/PropertyValue.h"
@@ -52,6 +53,7 @@ struct SimState {
     std::map<std::string, PropertyMap> bundleInfo; // by path
 
     bool lowPowerMode = false;
+    ThermalState thermalState = ThermalState::nominal;
     bool onExternalPower = true;
 
     // The same values, put in from the form that readers use.

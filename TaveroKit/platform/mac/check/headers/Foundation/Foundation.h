@@ -104,9 +104,17 @@ typedef NS_OPTIONS(NSUInteger, NSVolumeEnumerationOptions) {
                                             options:(NSVolumeEnumerationOptions)options;
 @end
 
+typedef NS_ENUM(NSInteger, NSProcessInfoThermalState) {
+    NSProcessInfoThermalStateNominal,
+    NSProcessInfoThermalStateFair,
+    NSProcessInfoThermalStateSerious,
+    NSProcessInfoThermalStateCritical,
+};
+
 @interface NSProcessInfo : NSObject
 @property(class, readonly, strong) NSProcessInfo* processInfo;
 @property(readonly, getter=isLowPowerModeEnabled) BOOL lowPowerModeEnabled;
+@property(readonly) NSProcessInfoThermalState thermalState;
 @end
 
 #pragma clang assume_nonnull end
