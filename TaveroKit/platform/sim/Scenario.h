@@ -41,11 +41,11 @@ struct Scenario {
 
     // When a process runs, in seconds.
     struct Life {
-        static constexpr double forever = std::numeric_limits<double>::infinity();
+        static constexpr double endless = std::numeric_limits<double>::infinity();
 
         double begins = 0;
-        double lasts = forever;
-        double every = forever; // it begins again after this time, under the same pid
+        double lasts = endless;
+        double every = endless; // it begins again after this time, under the same pid
     };
     // Its CPU and disk use are part of the machine's, and 0 while it doesn't run.
     struct Process {
