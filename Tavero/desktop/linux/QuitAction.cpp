@@ -81,7 +81,7 @@ std::optional<QString> busName(const std::string& bundlePath) {
 }
 
 void activateQuit(const QDBusConnection& bus, const QString& name, QObject* owner,
-                  std::function<void()> onRefused) {
+                  const std::function<void()>& onRefused) {
     send(bus, actionCall(name, "Describe"), owner, [=](const QDBusMessage& description) {
         if (!canActivate(description)) return onRefused();
         QDBusMessage activate = actionCall(name, "Activate");

@@ -20,6 +20,6 @@ std::optional<QString> busName(const std::string& bundlePath);
 // but not any more once the app has taken the request and is at it, however long that takes. An
 // app is never started by this. Nothing is called once `owner` is gone. The bus must be connected.
 void activateQuit(const QDBusConnection& bus, const QString& name, QObject* owner,
-                  std::function<void()> onRefused);
+                  const std::function<void()>& onRefused);
 
 } // namespace tavero
