@@ -12,7 +12,7 @@ TaveroApp::TaveroApp(Machine machine, Clock& clock, MonitorServices services)
     : appearance_(hostAppearance()), theme_(settings_, *appearance_),
       monitor_(std::move(machine), std::make_unique<ThreadWorker>(), clock, settings_,
                std::move(services)),
-      mainWindow_(monitor_, settings_, theme_) {}
+      icons_(hostAppIcons()), mainWindow_(monitor_, settings_, theme_, {.icons = icons_.get()}) {}
 
 void TaveroApp::launch() {
     if (settings_.get(keys::openWindowAtLaunch)) openMainWindow();

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "components/Theme.h"
+#include "desktop/AppIcons.h"
 #include "desktop/Appearance.h"
 #include "monitor/Monitor.h"
 #include "monitor/MonitorServices.h"
@@ -28,6 +29,7 @@ class TaveroApp {
     std::unique_ptr<Appearance> appearance_;
     Theme theme_;
     Monitor monitor_;
+    std::unique_ptr<AppIcons> icons_;
     MainWindow mainWindow_;
 };
 

@@ -30,6 +30,7 @@ void addStatus(Card& card, Metric metric, const CardSource& source) {
     if (!status) return;
     const ToneColors tone = colors(status->tone);
     card.status = text(status->text);
+    if (card.note == card.status) card.note.clear(); // memory would say its pressure twice
     card.statusBackground = pick(tone.background, source.isDark);
     card.statusColor =
         tone.text ? pick(*tone.text, source.isDark) : Palette::of(source.isDark).secondaryText;
@@ -74,7 +75,6 @@ void addSpoken(Card& card) {
     const QString measure = card.unit.isEmpty() ? card.value : card.value + ' ' + card.unit;
     QStringList headline{card.title, measure, card.status, card.note};
     headline.removeAll(QString());
-    headline.removeDuplicates(); // memory says its pressure twice
     card.spoken = headline.join(QStringLiteral(", "));
 
     QStringList detail;

@@ -41,6 +41,8 @@ TEST(Card, IsOneSentenceForAScreenReader) {
     EXPECT_EQ(cpu.spoken, "CPU, 12 %, Normal, Load 1.4 of 8");
     EXPECT_EQ(cpu.spokenDetail, "User 9%, System 3%, Load avg 1.42, Temp –");
     const Card memory = cardOf(Section::memory, {.memory = TestMachine::halfFullMemory()});
+    EXPECT_EQ(memory.status, "Normal");
+    EXPECT_EQ(memory.note, ""); // would say the same
     EXPECT_EQ(memory.spoken, "Memory, 7.6 / 16 GB, Normal");
     EXPECT_TRUE(memory.spokenDetail.startsWith("Apps 5.0 GB, Wired 1.9 GB"));
 }

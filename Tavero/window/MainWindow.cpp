@@ -2,6 +2,8 @@
 
 #include "desktop/MemoryReturn.h"
 #include "window/OverviewModel.h"
+#include "window/ToastModel.h"
+#include "window/UsingTheMost.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -11,6 +13,7 @@
 #include <QVariant>
 #include <QtQml/QQmlExtensionPlugin>
 
+#include <cmath>
 #include <utility>
 
 Q_IMPORT_QML_PLUGIN(Tavero_ComponentsPlugin)
@@ -29,19 +32,32 @@ void paintInSoftware() {
 
 Surroundings displaysOnly() { return {.displays = QGuiApplication::screens().size()}; }
 
+constexpr double iconSize = 32; // device-independent pixels
+
+// Sharp on the densest of the screens.
+UsingTheMost::Icons iconsOf(AppIcons* icons) {
+    if (!icons) return {};
+    return [icons](const std::string& bundlePath) {
+        return icons->icon(bundlePath,
+                           static_cast<int>(std::ceil(iconSize * qGuiApp->devicePixelRatio())));
+    };
+}
+
 } // namespace
 
 // Everything that ends with the window, in the order in which it may be used.
 struct MainWindow::Surface {
     OverviewModel overview;
+    UsingTheMost usingTheMost;
+    ToastModel toast;
     QQmlEngine engine{};
     std::unique_ptr<QQuickWindow> window;
 };
 
-MainWindow::MainWindow(Monitor& monitor, const Settings& settings, Theme& theme, QString summary,
-                       std::function<Surroundings()> surroundings)
-    : monitor_(monitor), settings_(settings), theme_(theme), summary_(std::move(summary)),
-      surroundings_(surroundings ? std::move(surroundings) : displaysOnly) {}
+MainWindow::MainWindow(Monitor& monitor, const Settings& settings, Theme& theme, WindowFacts facts)
+    : monitor_(monitor), settings_(settings), theme_(theme), facts_(std::move(facts)) {
+    if (!facts_.surroundings) facts_.surroundings = displaysOnly;
+}
 
 MainWindow::~MainWindow() { close(); }
 
@@ -50,8 +66,10 @@ void MainWindow::open() {
     close();
     paintInSoftware();
 
-    auto surface = std::unique_ptr<Surface>(
-        new Surface{.overview{monitor_, settings_, theme_, summary_, surroundings_}});
+    auto surface = std::unique_ptr<Surface>(new Surface{
+        .overview{monitor_, settings_, theme_, facts_.summary, facts_.surroundings},
+        .usingTheMost{monitor_, settings_, theme_, iconsOf(facts_.icons), facts_.ownBundlePath},
+        .toast = ToastModel(monitor_)});
     QQmlEngine& engine = surface->engine;
     engine.addImportPath(QStringLiteral("qrc:/qt/qml"));
     theme_.install(engine);
@@ -60,7 +78,9 @@ void MainWindow::open() {
     QQmlComponent component(&engine,
                             QUrl(QStringLiteral("qrc:/qt/qml/Tavero/Window/MainWindow.qml")));
     surface->window.reset(qobject_cast<QQuickWindow*>(component.createWithInitialProperties(
-        {{QStringLiteral("overview"), QVariant::fromValue(&surface->overview)}})));
+        {{QStringLiteral("overview"), QVariant::fromValue(&surface->overview)},
+         {QStringLiteral("usingTheMost"), QVariant::fromValue(&surface->usingTheMost)},
+         {QStringLiteral("toast"), QVariant::fromValue(&surface->toast)}})));
     if (!surface->window) {
         qCritical("The main window can't be shown: %s", qPrintable(component.errorString()));
         return;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "components/Theme.h"
+#include "desktop/AppIcons.h"
 #include "monitor/Monitor.h"
 #include "presentation/MetricStats.h"
 #include "settings/Settings.h"
@@ -10,8 +11,18 @@
 
 #include <functional>
 #include <memory>
+#include <string>
 
 namespace tavero {
+
+// What the main window is told of the machine and the desktop. Any of it may be left out.
+struct WindowFacts {
+    QString summary; // names the machine in a line
+    // Asked on every update. Without it the cards know the number of displays and no more.
+    std::function<Surroundings()> surroundings;
+    AppIcons* icons = nullptr; // must outlive the window; without it apps show tiles
+    std::string ownBundlePath; // where Tavero runs from, if that is an app's
+};
 
 // The main window, which exists only while it is open: opening makes the engine, the view-models
 // and the window, closing ends them all and gives their memory back. While the window is on screen,
@@ -22,10 +33,8 @@ class MainWindow : public QObject {
     Q_OBJECT
 
   public:
-    // `summary` names the machine in a line; it may be empty. `surroundings` may be empty too: then
-    // the cards know the number of displays and no more. The others must outlive the window.
-    MainWindow(Monitor& monitor, const Settings& settings, Theme& theme, QString summary = {},
-               std::function<Surroundings()> surroundings = {});
+    // The first three must outlive the window.
+    MainWindow(Monitor& monitor, const Settings& settings, Theme& theme, WindowFacts facts = {});
     ~MainWindow() override;
 
     // Opens the window; one that is open already comes to the front.
@@ -44,8 +53,7 @@ class MainWindow : public QObject {
     Monitor& monitor_;
     const Settings& settings_;
     Theme& theme_;
-    QString summary_;
-    std::function<Surroundings()> surroundings_;
+    WindowFacts facts_;
     bool isOnScreen_ = false;
     std::unique_ptr<Surface> surface_;
 };

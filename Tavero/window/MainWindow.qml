@@ -6,6 +6,8 @@ Window {
     id: window
 
     required property OverviewModel overview
+    required property UsingTheMost usingTheMost
+    required property ToastModel toast
 
     color: Theme.window
     height: Math.min(820, Screen.desktopAvailableHeight)
@@ -28,5 +30,14 @@ Window {
         anchors.fill: parent
         focus: true
         overview: window.overview
+        usingTheMost: window.usingTheMost
+    }
+    Toast {
+        anchors.bottom: parent.bottom
+        anchors.bottomMargin: Theme.spacing
+        anchors.horizontalCenter: parent.horizontalCenter
+        objectName: "toast"
+        text: window.toast.text
+        width: Math.min(implicitWidth, parent.width - 2 * Theme.margin)
     }
 }

@@ -12,6 +12,7 @@
 #include <QKeyEvent>
 #include <QPointer>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 #include <gtest/gtest.h>
@@ -140,6 +141,39 @@ TEST_F(MainWindowTest, ForAScreenReaderACardIsOneElement) {
     }
     EXPECT_EQ(names, (QStringList{"Overview", "CPU, 12 %, Normal, Load 1.4 of 8",
                                   "Memory, 7.6 / 16 GB, Normal"}));
+}
+
+TEST_F(MainWindowTest, AToastIsShownForAsLongAsItIsSetAndIsAnAlert) {
+    machine.appearance.set({.reducesMotion = true});
+    main->open();
+    auto* toast = shownWindow()->findChild<QQuickItem*>("toast");
+    ASSERT_NE(toast, nullptr);
+    EXPECT_FALSE(toast->isVisible());
+    for (const char* text : {"700 MB freed", "200 MB freed"}) {
+        machine.monitor->show(text);
+        EXPECT_TRUE(toast->isVisible());
+        QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(toast);
+        ASSERT_NE(spoken, nullptr);
+        EXPECT_EQ(spoken->role(), QAccessible::AlertMessage);
+        EXPECT_EQ(spoken->text(QAccessible::Name), text);
+        machine.run(3s);
+        EXPECT_FALSE(toast->isVisible());
+    }
+}
+
+TEST_F(MainWindowTest, TheDesktopsIconsAreShownAtTheSizeOfTheScreen) {
+    struct Icons : AppIcons {
+        std::string asked;
+        QImage icon(const std::string& path, int pixels) override {
+            asked = path + ' ' + std::to_string(pixels);
+            return {};
+        }
+    } icons;
+    machine.processes = {TestMachine::app("Editor", 0.5, 100)};
+    main.emplace(*machine.monitor, machine.settings, machine.theme, WindowFacts{.icons = &icons});
+    main->open();
+    machine.run(1s);
+    EXPECT_EQ(icons.asked, "/Applications/Editor.app 32");
 }
 
 TEST(Font, ItsDigitsHaveOneWidthInEveryWeight) {

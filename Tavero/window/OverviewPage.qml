@@ -4,11 +4,12 @@ import QtQuick.Templates as T
 import Tavero.Components
 import Tavero.Window
 
-// The title and the cards, in as many columns as fit.
+// The title, the cards in as many columns as fit, and the apps that use the most.
 FocusScope {
     id: page
 
     required property OverviewModel overview
+    required property UsingTheMost usingTheMost
 
     readonly property int leastCardWidth: 344 // for two columns of figures
     readonly property int mostWidth: 1600
@@ -18,8 +19,12 @@ FocusScope {
 
     readonly property Item focused: Window.activeFocusItem
 
-    onFocusedChanged: if (focused && focused.parent === grid)
+    onFocusedChanged: if (isInside(focused))
         reveal(focused)
+
+    function isInside(item: Item): bool {
+        return item !== null && (item.parent === content || isInside(item.parent));
+    }
 
     // Scrolls as far as it takes to show all of the item, or its top if it is too tall.
     function reveal(item: Item) {
@@ -37,6 +42,10 @@ FocusScope {
     }
 
     Keys.onDownPressed: scrollBy(48)
+    Keys.onEscapePressed: event => {
+        event.accepted = usingTheMost.isConfirming;
+        usingTheMost.cancel();
+    }
     Keys.onPressed: event => {
         const page = flickable.height - 48;
         const whole = flickable.contentHeight;
@@ -93,7 +102,7 @@ FocusScope {
                 columnSpacing: Theme.spacing
                 columns: page.columns
                 rowSpacing: Theme.spacing
-                visible: !page.overview.isWaiting
+                visible: cards.count > 0
 
                 Repeater {
                     id: cards
@@ -106,6 +115,12 @@ FocusScope {
                         Layout.preferredWidth: 1 // any width, as long as all have the same
                     }
                 }
+            }
+            UsingTheMostCard {
+                Layout.fillHeight: false
+                Layout.fillWidth: true
+                model: page.usingTheMost
+                visible: page.usingTheMost.hasApps
             }
             // What the cards leave at the bottom.
             Item {

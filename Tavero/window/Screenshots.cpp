@@ -7,7 +7,10 @@
 
 #include <QDir>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QProcess>
+#include <QQuickItem>
 #include <QQuickWindow>
 
 #include <cmath>
@@ -60,23 +63,38 @@ void addEverything(TestMachine& machine) {
                                 .available = 187'200'000'000,
                                 .name = "Macintosh HD"};
     machine.network = NetworkSnapshot{.bytesIn = 8'412'000'000, .bytesOut = 911'000'000};
-    machine.processes = {{.pid = 1,
-                          .name = "editor",
-                          .path = "/opt/editor",
-                          .cpu = 0.4,
-                          .memory = 1800 * mebibyte,
-                          .hasUsage = true,
-                          .app = {AppIdentity::Kind::tool, "editor"}}};
+    machine.processes = {TestMachine::app("Browser", 0.62, 2900),
+                         TestMachine::app("Editor", 0.4, 1800),
+                         TestMachine::app("Music", 0.05, 410), TestMachine::app("Mail", 0.02, 380)};
+    machine.processes.push_back(TestMachine::app("Browser", 1.9, 700)); // and a helper of its own
+    machine.processes.back().name = "renderer";
+    machine.processes.push_back({.name = "compiler",
+                                 .path = "/usr/bin/compiler",
+                                 .cpu = 1.7,
+                                 .memory = 640 * mebibyte,
+                                 .hasUsage = true,
+                                 .app = {AppIdentity::Kind::tool, "compiler"}});
 }
 
 void twoCards(TestMachine& machine) {
-    machine.cpu = TestMachine::quietCpu();
-    machine.memory = TestMachine::halfFullMemory();
+    addEverything(machine);
+    machine.gpu.reset();
+    machine.battery.reset();
+    machine.disk.reset();
+    machine.network.reset();
     live(machine);
 }
 
 void everything(TestMachine& machine) {
     addEverything(machine);
+    machine.systemActivity =
+        SystemActivity{.process = "indexer", .description = "indexing for search", .cpu = 1.2};
+    machine.processes.push_back({.name = "indexer",
+                                 .path = "/usr/libexec/indexer",
+                                 .cpu = 1.2,
+                                 .memory = 240 * mebibyte,
+                                 .hasUsage = true,
+                                 .app = AppIdentity::system});
     live(machine);
 }
 
@@ -100,9 +118,9 @@ void tooMuch(TestMachine& machine) {
     machine.cpu->loadAverage.one = 1234.5;
     machine.memory->total = std::uint64_t{2048} * 1024 * mebibyte;
     machine.memory->pressure = MemoryPressure::critical;
-    ProcessSample& process = machine.processes.front();
-    process.name = "A <b>helper</b> whose name nobody ever thought of shortening";
-    process.app.id = process.name;
+    machine.processes.front() =
+        TestMachine::app("A <b>helper whose name nobody ever thought of shortening, not even here",
+                         63.5, std::uint64_t{1500} * 1024);
     live(machine);
     machine.cpu->user = 0.97;
     machine.cpu->system = 0.03;
@@ -115,12 +133,16 @@ const char longSummary[] =
     "A workstation with quite a long name · Some processor with 64 cores and "
     "then some at 3.20 GHz · 2048 GB · 4096 GB";
 
+// What the user does once the window is shown.
+enum class Gesture { none, hover, ask, quit };
+
 struct Scene {
     const char* name;
     void (*prepare)(TestMachine&);
     QSize size = {1180, 820};
     bool isDark = false;
     const char* summary = laptop;
+    Gesture gesture = Gesture::none;
 };
 
 const Scene scenes[] = {
@@ -138,6 +160,14 @@ const Scene scenes[] = {
     {"absent-dark", hardlyAnything, {1180, 820}, true, ""},
     {"extreme", tooMuch, {1180, 820}, false, longSummary},
     {"extreme-narrow", tooMuch, {560, 700}, false, longSummary},
+    {"apps-hover", twoCards, {1180, 820}, false, laptop, Gesture::hover},
+    {"apps-hover-dark", twoCards, {1180, 820}, true, laptop, Gesture::hover},
+    {"apps-ask", twoCards, {1180, 820}, false, laptop, Gesture::ask},
+    {"apps-ask-dark", twoCards, {1180, 820}, true, laptop, Gesture::ask},
+    {"apps-quit", twoCards, {1180, 820}, false, laptop, Gesture::quit},
+    {"apps-quit-dark", twoCards, {1180, 820}, true, laptop, Gesture::quit},
+    {"apps-narrow", tooMuch, {560, 700}, false, longSummary, Gesture::hover},
+    {"apps-smallest", tooMuch, {480, 420}, false, longSummary, Gesture::ask},
 };
 
 QQuickWindow* shownWindow() {
@@ -146,17 +176,67 @@ QQuickWindow* shownWindow() {
     return nullptr;
 }
 
+QQuickItem* find(QQuickItem* item, const QString& text) {
+    if (item->isVisible() && item->property("text").toString() == text) return item;
+    for (QQuickItem* child : item->childItems())
+        if (QQuickItem* found = find(child, text)) return found;
+    return nullptr;
+}
+
+void move(QQuickWindow& window, QPointF to) {
+    QMouseEvent event(QEvent::MouseMove, to, to, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &event);
+    QGuiApplication::processEvents();
+}
+
+void click(QQuickWindow& window, QPointF at) {
+    move(window, at);
+    for (const QEvent::Type type : {QEvent::MouseButtonPress, QEvent::MouseButtonRelease}) {
+        QMouseEvent event(type, at, at, Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&window, &event);
+    }
+    QGuiApplication::processEvents();
+    window.grabWindow(); // with a picture comes the layout
+}
+
+QPointF middle(const QQuickItem& item) {
+    return item.mapToScene(QPointF(item.width() / 2, item.height() / 2));
+}
+
+// With the editor among the apps.
+void perform(Gesture gesture, QQuickWindow& window, TestMachine& machine) {
+    if (gesture == Gesture::none) return;
+    QKeyEvent end(QEvent::KeyPress, Qt::Key_End, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window, &end);
+    QGuiApplication::processEvents();
+    QQuickItem* control = find(window.contentItem(), "Quit Editor");
+    if (!control) return;
+    move(window, middle(*control));
+    if (gesture == Gesture::hover) return;
+    click(window, middle(*control));
+    if (gesture == Gesture::ask) return;
+    if (QQuickItem* quit = find(window.contentItem(), "Quit")) click(window, middle(*quit));
+    machine.run(std::chrono::seconds(1));
+}
+
 bool take(const Scene& scene, const QString& file) {
     TestMachine machine;
     machine.settings.set<std::string>(keys::theme, scene.isDark ? "dark" : "light");
+    machine.appearance.set({.reducesMotion = true}); // a picture shows where a motion ends
+    machine.services.askToQuit = [](const std::string&) {
+        return std::optional<std::function<bool()>>([] { return true; });
+    };
     scene.prepare(machine);
     MainWindow main(*machine.monitor, machine.settings, machine.theme,
-                    QString::fromUtf8(scene.summary),
-                    [] { return Surroundings{.displays = 2, .openApps = 9, .uptime = "3 d 4 h"}; });
+                    {.summary = QString::fromUtf8(scene.summary), .surroundings = [] {
+                         return Surroundings{.displays = 2, .openApps = 9, .uptime = "3 d 4 h"};
+                     }});
     main.open();
     QQuickWindow* window = shownWindow();
     if (!window) return false;
     window->resize(scene.size);
+    QGuiApplication::processEvents();
+    perform(scene.gesture, *window, machine);
     QGuiApplication::processEvents();
     return window->grabWindow().save(file);
 }

@@ -16,6 +16,7 @@ Item {
 
         anchors.fill: parent
         overview: Bench.overview
+        usingTheMost: Bench.usingTheMost
     }
     TestCase {
         name: "Overview"

@@ -1,5 +1,7 @@
 #include "window/test/TestMachine.h"
 
+#include <filesystem>
+
 namespace tavero {
 
 CPUSnapshot TestMachine::quietCpu() {
@@ -22,8 +24,17 @@ MemorySnapshot TestMachine::halfFullMemory() {
             .pressure = MemoryPressure::normal};
 }
 
+ProcessSample TestMachine::app(const std::string& name, double cpu, std::uint64_t memory) {
+    return {.name = name,
+            .path = "/Applications/" + name + ".app/" + name,
+            .cpu = cpu,
+            .memory = memory << 20,
+            .hasUsage = true,
+            .app = {AppIdentity::Kind::app, "/Applications/" + name + ".app"}};
+}
+
 Monitor& TestMachine::start() {
-    monitor.emplace(readers(), nullptr, time.worker(), time, settings);
+    monitor.emplace(readers(), nullptr, time.worker(), time, settings, services);
     monitor->start();
     return *monitor;
 }
@@ -38,6 +49,11 @@ Readers TestMachine::readers() {
     readers.processes = [this](bool) -> std::span<const ProcessSample> {
         wasFull_ = true;
         return processes;
+    };
+    readers.unusualActivity = [this](std::span<const ProcessSample>) { return systemActivity; };
+    readers.displayName = [](const AppIdentity& app) {
+        return app.kind == AppIdentity::Kind::app ? std::filesystem::path(app.id).stem().string()
+                                                  : app.id;
     };
     readers.memory = [this] { return memory; };
     if (gpu) readers.gpu = [this] { return gpu; };

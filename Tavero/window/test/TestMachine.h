@@ -26,6 +26,8 @@ struct TestMachine {
     std::optional<DiskSnapshot> disk;
     std::optional<NetworkSnapshot> network;
     std::vector<ProcessSample> processes;
+    std::optional<SystemActivity> systemActivity;
+    MonitorServices services;
 
     std::string passes; // taken so far: "F" a full one, "l" a light one
 
@@ -39,6 +41,8 @@ struct TestMachine {
     // A laptop of everyday size.
     static CPUSnapshot quietCpu();
     static MemorySnapshot halfFullMemory();
+    // An app of one process, at "/Applications/NAME.app". `cpu` in cores, `memory` in MB.
+    static ProcessSample app(const std::string& name, double cpu, std::uint64_t memory);
 
     Monitor& start();
     // Lets so many seconds pass.
