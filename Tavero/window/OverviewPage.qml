@@ -15,7 +15,9 @@ FocusScope {
     readonly property int mostWidth: 1600
     readonly property int mostCardHeight: overview.showsDetails ? 440 : 0 // curves may grow
     readonly property int fitting: Math.floor((width - 2 * Theme.margin + Theme.spacing) / (leastCardWidth + Theme.spacing))
-    readonly property int columns: Math.max(1, Math.min(fitting, 3, cards.count))
+    // Four cards stand two and two rather than three and a lonely one.
+    readonly property int mostColumns: cards.count === 4 ? 2 : 3
+    readonly property int columns: Math.max(1, Math.min(fitting, mostColumns, cards.count))
 
     readonly property Item focused: Window.activeFocusItem
 
