@@ -92,7 +92,8 @@ TEST_F(LinuxProcessesHost, AChildsCPUAndMemoryAreSeenOnThisMachine) {
     EXPECT_TRUE(sample->hasUsage);
     EXPECT_NEAR(sample->cpu * elapsed, 0.2, 0.05);
     EXPECT_GE(sample->memory, Burner::memory);
-    EXPECT_EQ(sample->threads, 1);
+    EXPECT_GE(sample->threads, 1);
+    EXPECT_LE(sample->threads, 2); // the thread sanitizer adds one of its own
     EXPECT_EQ(sample->path, std::filesystem::read_symlink("/proc/self/exe"));
 }
 
