@@ -1,7 +1,6 @@
-#include "apps/AppGrouping.h"
-#include "apps/AppIdentities.h"
+#include "MonitorEngine.h"
+#include "Readers.h"
 #include "apps/ProcessSampler.h"
-#include "platform/linux/processes/LinuxBundles.h"
 #include "platform/linux/processes/LinuxProcesses.h"
 
 #include <benchmark/benchmark.h>
@@ -16,12 +15,12 @@
 
 #include <array>
 #include <charconv>
+#include <chrono>
 #include <cstdint>
 #include <cstring>
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace tavero {
@@ -85,25 +84,18 @@ void ProcessPass(benchmark::State& state) {
 }
 BENCHMARK(ProcessPass)->Arg(1000)->Iterations(12)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
-// The same and the apps that they belong to.
-void AppsPass(benchmark::State& state) {
-    const auto entries = desktop();
-    LinuxBundles bundles(entries);
-    LinuxProcesses source("/", entries);
-    ProcessSampler sampler;
-    std::unordered_map<AppIdentity, std::string> names;
-    const auto nameFor = [&](const AppIdentity& identity) -> const std::string& {
-        const auto [name, isNew] = names.try_emplace(identity);
-        if (isNew) name->second = AppGrouping::displayName(identity, &bundles);
-        return name->second;
-    };
+// All that the main window asks of the engine: the same, the apps they belong to, their rows, and
+// whatever else this machine has.
+void EnginePass(benchmark::State& state) {
+    MonitorEngine engine(readers(Machine::host()));
+    Date now{};
     measure(state, [&] {
-        const auto samples = sampler.sample(source, true);
-        benchmark::DoNotOptimize(AppGrouping::group(samples, nameFor).data());
-        return samples.size();
+        now += std::chrono::seconds(1);
+        return static_cast<std::size_t>(
+            engine.sample(MonitorEngine::Detail::full, 40, true, now).processCount);
     });
 }
-BENCHMARK(AppsPass)->Arg(1000)->Iterations(12)->UseManualTime()->Unit(benchmark::kMicrosecond);
+BENCHMARK(EnginePass)->Arg(1000)->Iterations(12)->UseManualTime()->Unit(benchmark::kMicrosecond);
 
 // The least that it can cost: the CPU clock of each process, two files of each whose clock moved,
 // and the list of processes only after a fork; nothing is made out of what is read.
