@@ -52,7 +52,7 @@ QImage fromPixmaps(const QString& name) {
     for (const char* suffix : {".png", ".xpm"}) {
         const QString path = QStandardPaths::locate(QStandardPaths::GenericDataLocation,
                                                     "pixmaps/" + name + QLatin1String(suffix));
-        if (const QImage image = fromFile(path); !image.isNull()) return image;
+        if (QImage image = fromFile(path); !image.isNull()) return image;
     }
     return {};
 }
