@@ -17,7 +17,7 @@ inline bool isPresent(Metric metric, const LiveSnapshot& snapshot) {
     case Metric::power:
         return snapshot.battery || snapshot.systemWatts;
     case Metric::disk:
-        return snapshot.diskCapacity || snapshot.diskReadTotal > 0;
+        return snapshot.diskCapacity || snapshot.diskReadTotal > 0 || snapshot.diskWrittenTotal > 0;
     case Metric::temperature:
         return snapshot.cpuTemperature.has_value();
     case Metric::network:

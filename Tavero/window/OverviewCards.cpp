@@ -1,5 +1,7 @@
 #include "window/OverviewCards.h"
 
+#include "presentation/MetricPresence.h"
+
 #include <algorithm>
 #include <array>
 #include <optional>
@@ -39,21 +41,8 @@ std::vector<Section> visibleCards(const Settings& settings) {
 }
 
 bool hasSource(Section section, const LiveSnapshot& snapshot) {
-    switch (section) {
-    case Section::cpu:
-    case Section::memory:
-        return true;
-    case Section::gpu:
-        return snapshot.gpu.has_value();
-    case Section::power:
-        return snapshot.battery || snapshot.systemWatts;
-    case Section::disk:
-        return snapshot.diskCapacity || snapshot.diskReadTotal > 0 || snapshot.diskWrittenTotal > 0;
-    case Section::network:
-        return snapshot.networkInTotal > 0 || snapshot.networkOutTotal > 0;
-    default:
-        return false;
-    }
+    const std::optional<Metric> metric = metricOf(section);
+    return metric && isPresent(*metric, snapshot);
 }
 
 } // namespace tavero
