@@ -69,8 +69,8 @@ sources() {
     find TaveroKit Tavero Benchmarks -name node_modules -prune -o \( "${names[@]:1}" \) -print0
 }
 
-build_packages=(g++ cmake ninja-build libicu-dev
-    qt6-base-dev qt6-declarative-dev python3 python3-fonttools fonts-inter
+build_packages=(g++ cmake ninja-build libicu-dev libsqlite3-dev nlohmann-json3-dev bootstrap-icons
+    qt6-base-dev qt6-declarative-dev libxcb1-dev libsystemd-dev pkg-config python3 python3-fonttools fonts-inter
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-templates
     qml6-module-qtquick-layouts qml6-module-qtquick-window)
