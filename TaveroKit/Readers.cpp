@@ -7,16 +7,20 @@
 #include "counters/DiskReader.h"
 #include "counters/MemoryReader.h"
 #include "counters/NetworkReader.h"
+#include "hardware/AppGPUSampler.h"
+#include "hardware/SensorReader.h"
 
 #include <memory>
 #include <utility>
 
 namespace tavero {
 
-Readers readers(Machine machine) {
-    // The closures share what they read from; std::function wants them copyable.
-    const auto sources = std::make_shared<Machine>(std::move(machine));
-    Readers readers;
+namespace {
+
+// The closures share what they read from; std::function wants them copyable.
+using Sources = std::shared_ptr<Machine>;
+
+void addCounters(const Sources& sources, Readers& readers) {
     if (sources->cpu)
         readers.cpu = [sources, sampler = CPUSampler()]() mutable {
             return sampler.sample(*sources->cpu);
@@ -31,17 +35,53 @@ Readers readers(Machine machine) {
     }
     if (sources->network)
         readers.network = [sources] { return NetworkReader::read(*sources->network); };
-    if (sources->processes)
-        readers.processes = [sources, sampler = ProcessSampler()](bool threads) mutable {
-            return sampler.sample(*sources->processes, threads);
-        };
+}
+
+void addApps(const Sources& sources, Readers& readers) {
     readers.displayName = [sources](const AppIdentity& identity) {
         return AppGrouping::displayName(identity, sources->bundles.get());
     };
-    if (sources->processes)
-        readers.unusualActivity = [sources](std::span<const ProcessSample> samples) {
-            return unusualActivity(samples, sources->processes->vocabulary());
+    if (!sources->processes) return;
+    readers.processes = [sources, sampler = ProcessSampler()](bool threads) mutable {
+        return sampler.sample(*sources->processes, threads);
+    };
+    readers.unusualActivity = [sources](std::span<const ProcessSample> samples) {
+        return unusualActivity(samples, sources->processes->vocabulary());
+    };
+}
+
+void addHardware(const Sources& sources, Readers& readers) {
+    if (sources->gpu) {
+        readers.gpu = [sources] { return sources->gpu->gpu(); };
+        readers.appGPU = [sources, sampler = AppGPUSampler()]() mutable {
+            return sampler.sample(*sources->gpu);
         };
+    }
+    if (sources->battery) readers.battery = [sources] { return sources->battery->battery(); };
+    if (sources->controller) readers.smc = [sources] { return sources->controller->read(); };
+    if (sources->sensors)
+        readers.sensors = [sources, reader = SensorReader(*sources->sensors)]() mutable {
+            return std::optional(reader.read());
+        };
+}
+
+void addConnections(const Sources& sources, Readers& readers) {
+    if (sources->networkUsage)
+        readers.networkUsage = [sources] { return sources->networkUsage->read(); };
+    if (sources->wifi) readers.wifi = [sources] { return sources->wifi->link(); };
+    if (sources->connection)
+        readers.connection = [sources] { return sources->connection->current(); };
+}
+
+} // namespace
+
+Readers readers(Machine machine) {
+    const auto sources = std::make_shared<Machine>(std::move(machine));
+    Readers readers;
+    addCounters(sources, readers);
+    addApps(sources, readers);
+    addHardware(sources, readers);
+    addConnections(sources, readers);
     return readers;
 }
 

@@ -2,6 +2,7 @@
 
 #include "apps/AppGroup.h"
 #include "records/AppUsage.h"
+#include "records/NetworkSnapshot.h"
 
 #include <cstdint>
 #include <unordered_map>
@@ -9,13 +10,7 @@
 
 namespace tavero {
 
-// Bytes that went over the network.
-struct NetworkBytes {
-    std::uint64_t received = 0;
-    std::uint64_t sent = 0;
-};
-
-// The same a second.
+// Bytes a second over the network.
 struct NetworkRate {
     double received = 0;
     double sent = 0;

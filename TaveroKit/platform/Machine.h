@@ -1,12 +1,18 @@
 #pragma once
 
+#include "platform/BatterySource.h"
 #include "platform/BundleSource.h"
+#include "platform/ConnectionSource.h"
+#include "platform/ControllerSource.h"
 #include "platform/CpuSource.h"
 #include "platform/DiskSource.h"
+#include "platform/GPUSource.h"
 #include "platform/MemorySource.h"
 #include "platform/NetworkSource.h"
 #include "platform/PowerSource.h"
 #include "platform/ProcessSource.h"
+#include "platform/SensorSource.h"
+#include "platform/SystemSource.h"
 
 #include <memory>
 #include <string>
@@ -23,6 +29,14 @@ struct Machine {
     std::unique_ptr<ProcessSource> processes;
     std::unique_ptr<BundleSource> bundles;
     std::unique_ptr<PowerSource> power;
+    std::unique_ptr<GPUSource> gpu;
+    std::unique_ptr<BatterySource> battery;
+    std::unique_ptr<ControllerSource> controller;
+    std::unique_ptr<SensorSource> sensors;
+    std::unique_ptr<NetworkUsageSource> networkUsage;
+    std::unique_ptr<WiFiSource> wifi;
+    std::unique_ptr<ConnectionSource> connection;
+    std::unique_ptr<SystemSource> system;
 
     // The machine that this program runs on. Defined by the one platform that is linked in.
     static Machine host();

@@ -15,6 +15,14 @@ struct NetworkSnapshot {
     bool operator==(const NetworkSnapshot&) const = default;
 };
 
+// Bytes that went over the network.
+struct NetworkBytes {
+    std::uint64_t received = 0;
+    std::uint64_t sent = 0;
+
+    bool operator==(const NetworkBytes&) const = default;
+};
+
 // What the machine reaches the network by.
 enum class ConnectionKind { wifi, wired, cellular, other, offline };
 

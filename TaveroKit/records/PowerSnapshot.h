@@ -16,7 +16,7 @@ struct BatterySnapshot {
     std::optional<std::int64_t> cycleCount;
     std::optional<double> health; // fraction of the charge it held when new
     std::optional<double> temperatureCelsius;
-    std::optional<double> watts; // negative while discharging
+    std::optional<double> watts; // positive while drawn from the battery, negative while it charges
     std::optional<double> remainingWattHours;
     bool currentIsStale = false; // the reported current is not a live reading
 

@@ -11,6 +11,7 @@ namespace tavero {
 class FileDescriptor {
   public:
     FileDescriptor() = default;
+    explicit FileDescriptor(int number) : number_(number) {} // takes over one that is open
     FileDescriptor(const char* path, int flags) : number_(::open(path, flags | O_CLOEXEC)) {}
     ~FileDescriptor() { close(); }
     FileDescriptor(FileDescriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}

@@ -5,9 +5,20 @@
 #include "platform/linux/LinuxMemory.h"
 #include "platform/linux/LinuxNetwork.h"
 #include "platform/linux/LinuxPower.h"
+#include "platform/linux/LinuxSystem.h"
+#include "platform/linux/hardware/LinuxBattery.h"
+#include "platform/linux/hardware/LinuxController.h"
+#include "platform/linux/hardware/LinuxGPU.h"
+#include "platform/linux/hardware/LinuxSensors.h"
+#include "platform/linux/network/LinuxConnection.h"
+#include "platform/linux/network/LinuxNetworkUsage.h"
+#include "platform/linux/network/LinuxWiFi.h"
+#include "platform/linux/network/SockDiagSockets.h"
 #include "platform/linux/processes/LinuxBundles.h"
 #include "platform/linux/processes/LinuxProcesses.h"
+#include "platform/linux/processes/ProcessFiles.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <string>
@@ -19,8 +30,12 @@ namespace tavero {
 
 namespace {
 
+// How long a pass waits for what a driver may have to ask its hardware for.
+constexpr std::chrono::milliseconds hostPatience{250};
+constexpr std::chrono::minutes recordedPatience{10}; // a file answers
+
 Machine linuxMachine(const std::filesystem::path& root, ProcessClocks clocks,
-                     std::vector<std::string> applications) {
+                     std::vector<std::string> applications, std::chrono::milliseconds patience) {
     const auto desktop = std::make_shared<DesktopFolders>(std::move(applications));
     Machine machine;
     machine.systemName = "Linux";
@@ -31,7 +46,26 @@ Machine linuxMachine(const std::filesystem::path& root, ProcessClocks clocks,
     machine.processes = std::make_unique<LinuxProcesses>(root, desktop, std::move(clocks));
     machine.bundles = std::make_unique<LinuxBundles>(desktop);
     machine.power = std::make_unique<LinuxPower>(root);
+    machine.system = std::make_unique<LinuxSystem>(root);
+    machine.battery = std::make_unique<LinuxBattery>(root, patience);
+    machine.controller = std::make_unique<LinuxController>(root, patience);
+    machine.sensors = std::make_unique<LinuxSensors>(root, patience);
     return machine;
+}
+
+std::unique_ptr<GPUSource> graphics(const std::filesystem::path& root,
+                                    std::shared_ptr<ProcessFiles> files, std::string nvidiaLibrary,
+                                    std::chrono::milliseconds patience) {
+    return std::make_unique<LinuxGPU>(root, std::move(files), ProcessClocks::host().now,
+                                      std::move(nvidiaLibrary), patience);
+}
+
+// Null if the kernel doesn't tell of its sockets.
+std::unique_ptr<NetworkUsageSource> bytesPerProcess(std::shared_ptr<ProcessFiles> files) {
+    auto sockets = std::make_unique<SockDiagSockets>();
+    if (!sockets->isAvailable()) return nullptr;
+    return std::make_unique<LinuxNetworkUsage>(std::move(sockets),
+                                               SocketOwners("/", std::move(files)));
 }
 
 std::string_view variable(const char* name) {
@@ -42,14 +76,24 @@ std::string_view variable(const char* name) {
 } // namespace
 
 Machine linuxMachine(const std::filesystem::path& root) {
-    return linuxMachine(root, ProcessClocks::recorded(),
-                        {(root / "usr/share/applications").string()});
+    Machine machine = linuxMachine(root, ProcessClocks::recorded(),
+                                   {(root / "usr/share/applications").string()}, recordedPatience);
+    machine.gpu = graphics(root, std::make_shared<ProcessFiles>(root), "", recordedPatience);
+    return machine;
 }
 
 Machine Machine::host() {
-    return linuxMachine(
+    Machine machine = linuxMachine(
         "/", ProcessClocks::host(),
-        applicationFolders(variable("HOME"), variable("XDG_DATA_HOME"), variable("XDG_DATA_DIRS")));
+        applicationFolders(variable("HOME"), variable("XDG_DATA_HOME"), variable("XDG_DATA_DIRS")),
+        hostPatience);
+    const auto files = std::make_shared<ProcessFiles>("/");
+    machine.gpu = graphics("/", files, "libnvidia-ml.so.1", hostPatience);
+    // The kernel's own answers, which no recorded machine has.
+    machine.wifi = std::make_unique<LinuxWiFi>("/", openNetlink, hostPatience);
+    machine.connection = std::make_unique<LinuxConnection>("/", openNetlink, hostPatience);
+    machine.networkUsage = bytesPerProcess(files);
+    return machine;
 }
 
 } // namespace tavero

@@ -1,18 +1,13 @@
 #include "platform/linux/LinuxPower.h"
 
+#include "platform/linux/hardware/PowerSupply.h"
+
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace tavero {
-
-namespace {
-
-bool isCharger(std::string_view type) {
-    return type == "Mains" || type == "Wireless" || type.starts_with("USB");
-}
-
-} // namespace
 
 LinuxPower::LinuxPower(const std::filesystem::path& root)
     : profile_(root / "sys/firmware/acpi/platform_profile"),
@@ -38,11 +33,10 @@ void LinuxPower::findSupplies() {
     batteries_.clear();
     for (const std::string& name : supplies_.names()) {
         const std::filesystem::path supply = supplies_.path() / name;
-        if (readAttribute(supply / "scope") == "Device") continue;
-        const std::string type = readAttribute(supply / "type");
-        if (isCharger(type)) chargers_.emplace_back(supply / "online");
+        const std::optional<SupplyKind> kind = supplyKind(supply);
+        if (kind == SupplyKind::charger) chargers_.emplace_back(supply / "online");
         // A bay may be empty.
-        if (type == "Battery" && readAttribute(supply / "present") != "0")
+        if (kind == SupplyKind::battery && readAttribute(supply / "present") != "0")
             batteries_.emplace_back(supply / "status");
     }
 }

@@ -1,5 +1,7 @@
 #include "platform/Machine.h"
 
+#include "network/NetworkPath.h"
+#include "network/NetworkUsageReader.h"
 #include "platform/mac/Host.h"
 #include "platform/mac/MacBundles.h"
 #include "platform/mac/MacCpu.h"
@@ -7,8 +9,24 @@
 #include "platform/mac/MacMemory.h"
 #include "platform/mac/MacNetwork.h"
 #include "platform/mac/MacProcesses.h"
+#include "platform/mac/MacSystem.h"
+#include "platform/mac/hardware/MacBattery.h"
+#include "platform/mac/hardware/MacGPU.h"
+#include "platform/mac/hardware/SMCReader.h"
+#include "platform/mac/network/MacConnections.h"
+
+#include <utility>
 
 namespace tavero {
+
+namespace {
+
+std::unique_ptr<ControllerSource> smcReader() {
+    std::shared_ptr<MacController> controller = hostController();
+    return controller ? std::make_unique<SMCReader>(std::move(controller)) : nullptr;
+}
+
+} // namespace
 
 Machine Machine::host() {
     const std::shared_ptr<MacKernel> kernel = hostKernel();
@@ -20,6 +38,15 @@ Machine Machine::host() {
         .processes = std::make_unique<MacProcesses>(hostProcesses()),
         .bundles = std::make_unique<MacBundles>(hostBundles()),
         .power = hostPower(),
+        .gpu = std::make_unique<MacGPU>(hostRegistry(), hostProcesses()),
+        .battery = std::make_unique<MacBattery>(hostRegistry(), hostPowerSources()),
+        .controller = smcReader(),
+        .sensors = hostSensors(),
+        .networkUsage =
+            NetworkUsageReader::start(std::make_unique<MacConnections>(hostNetworkStatistics())),
+        .wifi = std::make_unique<MacWiFi>(hostWiFi()),
+        .connection = std::make_unique<NetworkPath>(hostPath()),
+        .system = std::make_unique<MacSystem>(kernel),
     };
 }
 

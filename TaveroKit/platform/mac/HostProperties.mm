@@ -1,6 +1,5 @@
 #include "platform/mac/HostProperties.h"
 
-#include <optional>
 #include <utility>
 
 namespace tavero {
@@ -28,10 +27,8 @@ PropertyData data(NSData* data) {
 
 std::optional<PropertyValue> property(id value, int depth) {
     if (depth > deepest) return std::nullopt;
-    if ([value isKindOfClass:NSString.class]) {
-        const char* text = static_cast<NSString*>(value).UTF8String;
-        return text ? std::optional(PropertyValue{std::string(text)}) : std::nullopt;
-    }
+    if (std::optional<std::string> text = propertyText(value))
+        return PropertyValue{std::move(*text)};
     if ([value isKindOfClass:NSNumber.class]) return number(value);
     if ([value isKindOfClass:NSData.class]) return PropertyValue{data(value)};
     if ([value isKindOfClass:NSArray.class]) return PropertyValue{list(value, depth)};
@@ -50,16 +47,21 @@ PropertyList list(NSArray* array, int depth) {
 PropertyMap map(NSDictionary* dictionary, int depth) {
     PropertyMap map;
     for (id key in dictionary) {
-        if (![key isKindOfClass:NSString.class]) continue;
-        const char* name = static_cast<NSString*>(key).UTF8String;
-        if (name == nullptr) continue;
+        std::optional<std::string> name = propertyText(key);
+        if (!name) continue;
         if (std::optional<PropertyValue> entry = property(dictionary[key], depth + 1))
-            map.insert_or_assign(name, std::move(*entry));
+            map.insert_or_assign(std::move(*name), std::move(*entry));
     }
     return map;
 }
 
 } // namespace
+
+std::optional<std::string> propertyText(id value) {
+    if (![value isKindOfClass:NSString.class]) return std::nullopt;
+    const char* text = static_cast<NSString*>(value).UTF8String;
+    return text ? std::optional<std::string>(text) : std::nullopt;
+}
 
 PropertyMap propertyMap(NSDictionary* dictionary) {
     @autoreleasepool {

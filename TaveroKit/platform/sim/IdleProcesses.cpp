@@ -94,7 +94,8 @@ void addSystemApps(ProcessList& list) {
               .threads = 5,
               .core = 1,
               .cpu = 0.002,
-              .memory = megabytes(58)});
+              .memory = megabytes(58),
+              .gpu = 0.0005});
     list.add({.path = program(finder, "Finder"),
               .threads = 6,
               .core = 2,
@@ -126,13 +127,17 @@ void addBrowser(ProcessList& list) {
               .threads = 14,
               .core = 5,
               .cpu = 0.02 + Curve::wave(0.01, 23) + Curve::pulses(0.45, 130, 5, 27),
-              .memory = megabytes(280)});
+              .memory = megabytes(280),
+              .gpu = 0.012 + Curve::wave(0.006, 23) + Curve::pulses(0.3, 130, 6, 27)});
     list.add({.path = helper(browser, "Wayfarer Helper"), // its network
               .threads = 12,
               .core = 2,
               .cpu = 0.015 + Curve::wave(0.008, 31) + Curve::pulses(0.05, 130, 8, 25),
               .memory = megabytes(62),
-              .disk = {.read = Curve::pulses(18e6, 130, 6, 26), .written = 20e3}});
+              .disk = {.read = Curve::pulses(18e6, 130, 6, 26), .written = 20e3},
+              .network = Scenario::Network{
+                  .in = 3e3 + Curve::wave(2.5e3, 31) + Curve::pulses(2.4e6, 130, 8, 25),
+                  .out = 1.2e3 + Curve::wave(0.9e3, 31) + Curve::pulses(160e3, 130, 8, 25)}});
     const std::string renderer = helper(browser, "Wayfarer Helper (Renderer)");
     list.add({.path = renderer,
               .threads = 16,
@@ -159,7 +164,8 @@ void addEditor(ProcessList& list) {
               .threads = 11,
               .core = 2,
               .cpu = 0.008,
-              .memory = megabytes(140)});
+              .memory = megabytes(140),
+              .gpu = 0.004 + Curve::wave(0.002, 43)});
     list.add({.path = helper(editor, "Inkwell Helper (Renderer)"),
               .threads = 17,
               .core = 0,
@@ -184,7 +190,9 @@ void addOtherApps(ProcessList& list) {
               .core = 6,
               .cpu = 0.006 + Curve::wave(0.003, 59) + Curve::pulses(0.35, 410, 12, 200),
               .memory = megabytes(270),
-              .disk = {.read = 8e3, .written = 10e3 + Curve::pulses(120e3, 600, 20, 90)}});
+              .disk = {.read = 8e3, .written = 10e3 + Curve::pulses(120e3, 600, 20, 90)},
+              .network = Scenario::Network{.in = 120 + Curve::pulses(500e3, 600, 20, 90),
+                                           .out = 60 + Curve::pulses(6e3, 600, 20, 90)}});
     list.add({.path = program(music, "Music"),
               .threads = 24,
               .core = 3,
@@ -196,13 +204,16 @@ void addOtherApps(ProcessList& list) {
          .threads = 4,
          .core = 1,
          .cpu = 0.001,
-         .memory = megabytes(22)});
+         .memory = megabytes(22),
+         .gpu = 0.015 + Curve::wave(0.005, 17)});
     list.add({.path = program(chat, "Parley"),
               .threads = 31,
               .core = 1,
               .cpu = 0.014 + Curve::wave(0.006, 37),
               .memory = megabytes(190),
-              .disk = {.read = 2e3, .written = 6e3}});
+              .disk = {.read = 2e3, .written = 6e3},
+              .network = Scenario::Network{.in = 0.8e3 + Curve::wave(0.7e3, 37),
+                                           .out = 0.4e3 + Curve::wave(0.3e3, 29)}});
     list.add({.path = helper(chat, "Parley Helper (Renderer)"),
               .threads = 18,
               .core = 2,
@@ -212,12 +223,14 @@ void addOtherApps(ProcessList& list) {
               .threads = 10,
               .core = 3,
               .cpu = 0.006,
-              .memory = megabytes(96)});
+              .memory = megabytes(96),
+              .gpu = 0.002});
     list.add({.path = program(sketches, "Sketchbook"),
               .threads = 9,
               .core = 0,
               .cpu = 0.004,
-              .memory = megabytes(240)});
+              .memory = megabytes(240),
+              .gpu = 0.003});
     list.add({.path = program(olderSketches, "Sketchbook"),
               .threads = 9,
               .core = 1,
@@ -233,7 +246,9 @@ void addOtherApps(ProcessList& list) {
               .core = 3,
               .cpu = 0.006 + Curve::wave(0.004, 83),
               .memory = megabytes(84),
-              .disk = {.read = 12e3, .written = 9e3 + Curve::wave(6e3, 47)}});
+              .disk = {.read = 12e3, .written = 9e3 + Curve::wave(6e3, 47)},
+              .network = Scenario::Network{.in = 2e3 + Curve::wave(1.8e3, 47),
+                                           .out = 2.5e3 + Curve::wave(2.2e3, 83)}});
     list.add({.path = "/Users/ana/.local/share/tidewatch/versions/2.4.1",
               .threads = 5,
               .core = 0,

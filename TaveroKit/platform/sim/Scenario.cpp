@@ -3,6 +3,7 @@
 #include "platform/sim/IdleProcesses.h"
 
 #include <algorithm>
+#include <cmath>
 #include <string_view>
 
 namespace tavero {
@@ -42,10 +43,64 @@ Scenario::Process videoExport(double begins, const Curve& memory) {
             .memory = memory,
             .disk = {.read = Curve::ramp(6e6, begins, begins),
                      .written = Curve::ramp(1e6, begins, begins)},
+            .gpu = Curve::ramp(0.2, begins, begins),
             .life = {.begins = begins}};
 }
 
+// The process of the same app that writes the film.
+Scenario::Process filmEncoder(double begins) {
+    return {.pid = 5311,
+            .path =
+                videoEditor + "/Contents/XPCServices/FilmEncoder.xpc/Contents/MacOS/FilmEncoder",
+            .threads = 9,
+            .core = 7,
+            .cpu = Curve::ramp(0.9, begins, begins),
+            .system = 0.1,
+            .memory = 0.3 * gigabyte,
+            .disk = {.read = Curve::ramp(1e6, begins, begins),
+                     .written = Curve::ramp(3e6, begins, begins)},
+            .gpu = Curve::ramp(0.3, begins, begins),
+            .life = {.begins = begins}};
+}
+
+// One of the two is always a little lower.
+Scenario::Bluetooth earbuds(const Curve& percent) {
+    return {.name = "Anna’s Earbuds",
+            .kind = "Headphones",
+            .address = "0C:11:22:33:44:55",
+            .batteries = {{"device_batteryLevelLeft", percent + 3},
+                          {"device_batteryLevelRight", percent},
+                          {"device_batteryLevelCase", 64}},
+            .signal = -47 + Curve::wave(6, 47)};
+}
+
+Scenario::Bluetooth keyboard() {
+    return {.name = "Desk Keyboard",
+            .kind = "Keyboard",
+            .address = "0C:11:22:33:44:66",
+            .batteries = {{"device_batteryLevelMain", 86}},
+            .signal = -58 + Curve::wave(2, 71)};
+}
+
+// In another room, and off.
+Scenario::Bluetooth kitchenSpeaker() {
+    return {.name = "Kitchen Speaker",
+            .kind = "Speaker",
+            .address = "0C:11:22:33:44:77",
+            .near = {.begins = Scenario::Life::endless}};
+}
+
 } // namespace
+
+double Scenario::Life::birth(double time) const {
+    const double livesBefore = std::floor((time - begins) / every);
+    return livesBefore > 0 ? begins + livesBefore * every : begins;
+}
+
+bool Scenario::Life::isAlive(double time) const {
+    const double born = birth(time);
+    return born <= time && time < born + lasts;
+}
 
 Scenario idleAfternoon() {
     Scenario scenario{.name = "idle afternoon"};
@@ -65,15 +120,16 @@ Scenario idleAfternoon() {
         .read = 30e3 + Curve::wave(20e3, 41),
         .written = 50e3 + Curve::wave(40e3, 29),
     };
-    // What the pages bring, and what mail fetches every ten minutes.
-    scenario.wifi = {
-        .in = 9e3 + Curve::wave(6e3, 37) + Curve::pulses(2.4e6, 130, 8, 25) +
-              Curve::pulses(500e3, 600, 20, 90),
-        .out = 4e3 + Curve::wave(2e3, 23) + Curve::pulses(160e3, 130, 8, 25),
-    };
+    // The frames around what the apps send, and what the neighbours call out.
+    scenario.network = {.in = 1.5e3 + Curve::wave(1e3, 37), .out = 0.5e3 + Curve::wave(0.3e3, 23)};
+    scenario.signal = -53 + Curve::wave(3, 83) + Curve::wave(2, 19);
     scenario.processes = idleProcesses();
     scenario.bundles = idleBundles();
-    scenario.onBattery = Curve::pulses(1, day, 4 * hour, 20 * minute);
+    process(scenario, "/WindowServer").gpu =
+        0.025 + Curve::wave(0.01, 19) + Curve::pulses(0.08, 130, 9, 25);
+    scenario.battery.unplugged = {.begins = 20 * minute, .lasts = 4 * hour, .every = day};
+    scenario.bluetooth = {earbuds(78 + Curve::ramp(-50, 0, 5 * hour)), keyboard(),
+                          kitchenSpeaker()};
     return scenario;
 }
 
@@ -104,6 +160,42 @@ Scenario memoryPressure() {
     return scenario;
 }
 
-std::vector<Scenario> scenarios() { return {idleAfternoon(), runawayApp(), memoryPressure()}; }
+Scenario onBattery() {
+    constexpr double begins = minute;
+    Scenario scenario = idleAfternoon();
+    scenario.name = "on battery";
+    scenario.battery = {.unplugged = {.begins = 0}, .charge = 0.42};
+    scenario.processes.push_back(videoExport(begins, 0.5 * gigabyte));
+    scenario.processes.push_back(filmEncoder(begins));
+    scenario.bundles[videoEditor] = {.displayName = "Fieldcut", .name = "Fieldcut"};
+    scenario.memory.internal += Curve::ramp(0.8 * gigabyte, begins, begins);
+    return scenario;
+}
+
+Scenario offline() {
+    Scenario scenario = idleAfternoon();
+    scenario.name = "offline";
+    scenario.outage = {.begins = minute, .lasts = 4 * minute};
+    return scenario;
+}
+
+Scenario earbudsRunningLow() {
+    constexpr double backInCase = 36 * minute;
+    constexpr double charged = backInCase + 45 * minute;
+    Scenario scenario = idleAfternoon();
+    scenario.name = "earbuds running low";
+    // They are worn again at once, and the report has no level while they are away.
+    Scenario::Bluetooth worn =
+        earbuds(22 + Curve::ramp(-18, 0, backInCase) + Curve::ramp(93, backInCase, charged) +
+                Curve::ramp(-40, charged, charged + 3 * hour));
+    worn.near = {.begins = charged - day, .lasts = day - (charged - backInCase), .every = day};
+    scenario.bluetooth.front() = worn;
+    return scenario;
+}
+
+std::vector<Scenario> scenarios() {
+    return {idleAfternoon(), runawayApp(), memoryPressure(),
+            onBattery(),     offline(),    earbudsRunningLow()};
+}
 
 } // namespace tavero

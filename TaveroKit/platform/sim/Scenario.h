@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -46,8 +47,12 @@ struct Scenario {
         double begins = 0;
         double lasts = endless;
         double every = endless; // it begins again after this time, under the same pid
+
+        // When the life that `time` falls in began, or the first one that will.
+        double birth(double time) const;
+        bool isAlive(double time) const;
     };
-    // Its CPU and disk use are part of the machine's, and 0 while it doesn't run.
+    // Its CPU, disk, network and GPU use are part of the machine's, and 0 while it doesn't run.
     struct Process {
         std::int32_t pid = 0;
         std::string path;       // empty if the system doesn't tell it
@@ -58,7 +63,26 @@ struct Scenario {
         double system = 0.25; // the share of `cpu` that the kernel spends for it
         Curve memory;         // bytes
         Disk disk;
+        std::optional<Network> network; // absent if it has no connection
+        Curve gpu;                      // the share of the GPU's time
         Life life;
+    };
+    struct Battery {
+        Life unplugged{.begins = Life::endless};
+        double charge = 1; // when it is unplugged, each time; what it is charged to again
+    };
+    // A paired Bluetooth device. It connects by itself whenever it is near.
+    struct Bluetooth {
+        struct Battery {
+            std::string key; // as the profiler calls it
+            Curve percent;
+        };
+        std::string name;
+        std::string kind;
+        std::string address;
+        std::vector<Battery> batteries;
+        Curve signal; // dBm
+        Life near{};
     };
 
     std::string name;
@@ -66,10 +90,13 @@ struct Scenario {
     std::vector<Cpu> cpus;
     Memory memory;
     Disk disk; // likewise beside the processes
-    Network wifi;
-    std::vector<Process> processes;             // those that began first come first
+    Network network;
+    Curve signal;                         // of the Wi-Fi link, dBm
+    Life outage{.begins = Life::endless}; // the Wi-Fi is gone; after that a cable serves instead
+    std::vector<Process> processes;       // those that began first come first
     std::map<std::string, BundleNames> bundles; // by path
-    Curve onBattery;                            // runs on battery while above 0
+    Battery battery;
+    std::vector<Bluetooth> bluetooth;
 };
 
 // A Mac that somebody reads mail on: mostly idle, a burst now and then, unplugged after a while.
@@ -78,6 +105,15 @@ Scenario idleAfternoon();
 Scenario runawayApp();
 // The same, and over eight minutes an app takes more memory than there is.
 Scenario memoryPressure();
+// The same, unplugged, and after a while an app works on a film at the battery's cost.
+Scenario onBattery();
+
+// The same, and after a minute the Wi-Fi is gone; four minutes later somebody plugs a cable in.
+Scenario offline();
+
+// The same, but the earbuds are nearly empty: after a while they go back into their case, which
+// charges them.
+Scenario earbudsRunningLow();
 
 // All of them.
 std::vector<Scenario> scenarios();

@@ -28,6 +28,20 @@ TEST(Scenario, NoCpuIsEverMoreThanBusy) {
         }
 }
 
+TEST(Scenario, TheGPUIsNeverMoreThanBusyAndWorksOnlyForThoseWhoRun) {
+    for (const Scenario& scenario : scenarios())
+        for (double time = 0; time < 3600; time += 0.5) {
+            double busy = 0;
+            for (const Scenario::Process& process : scenario.processes) {
+                const double share = process.gpu.at(time);
+                ASSERT_GE(share, 0) << process.path << " at " << time;
+                ASSERT_TRUE(share == 0 || isAlive(process.life, time)) << process.path;
+                busy += share;
+            }
+            ASSERT_LE(busy, 1) << scenario.name << " at " << time;
+        }
+}
+
 TEST(Scenario, NoProcessUsesLessThanNothingOrAnythingWhileItDoesNotRun) {
     for (const Scenario& scenario : scenarios())
         for (const Scenario::Process& process : scenario.processes)
@@ -41,6 +55,19 @@ TEST(Scenario, NoProcessUsesLessThanNothingOrAnythingWhileItDoesNotRun) {
                 ASSERT_TRUE(used == 0 || isAlive(process.life, time))
                     << process.path << " at " << time;
             }
+}
+
+TEST(Scenario, WhatGoesOverTheNetworkIsNeverLessThanNothing) {
+    for (const Scenario& scenario : scenarios())
+        for (double time = 0; time < 3600; time += 0.5) {
+            ASSERT_GE(scenario.network.in.at(time), 0) << scenario.name << " at " << time;
+            ASSERT_GE(scenario.network.out.at(time), 0) << scenario.name << " at " << time;
+            ASSERT_LT(scenario.signal.at(time), 0) << scenario.name << " at " << time;
+            for (const Scenario::Process& process : scenario.processes)
+                ASSERT_TRUE(!process.network || (process.network->in.at(time) >= 0 &&
+                                                 process.network->out.at(time) >= 0))
+                    << process.path << " at " << time;
+        }
 }
 
 TEST(Scenario, NoTwoProcessesShareAPid) {

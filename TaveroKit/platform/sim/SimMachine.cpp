@@ -1,11 +1,22 @@
 #include "platform/sim/SimMachine.h"
 
+#include "network/NetworkPath.h"
+#include "network/NetworkUsageReader.h"
 #include "platform/mac/MacBundles.h"
 #include "platform/mac/MacCpu.h"
 #include "platform/mac/MacDisk.h"
 #include "platform/mac/MacMemory.h"
 #include "platform/mac/MacNetwork.h"
 #include "platform/mac/MacProcesses.h"
+#include "platform/mac/MacSystem.h"
+#include "platform/mac/hardware/MacBattery.h"
+#include "platform/mac/hardware/MacGPU.h"
+#include "platform/mac/hardware/SMCReader.h"
+#include "platform/mac/network/MacConnections.h"
+#include "platform/mac/network/MacWiFi.h"
+#include "platform/sim/SimBluetoothSeams.h"
+#include "platform/sim/SimConnectionSeams.h"
+#include "platform/sim/SimHardwareSeams.h"
 #include "platform/sim/SimKernel.h"
 #include "platform/sim/SimProcessTable.h"
 
@@ -38,13 +49,22 @@ class SimRegistry : public MacRegistry {
     explicit SimRegistry(std::shared_ptr<SimTimeline> timeline) : timeline_(std::move(timeline)) {}
 
     std::vector<PropertyMap> services(const std::string& className) override {
-        return timeline_->read([&](const SimState& state) {
-            const auto found = state.services.find(className);
-            return found == state.services.end() ? std::vector<PropertyMap>{} : found->second;
-        });
+        return timeline_->read(
+            [&](const SimState& state) { return ofClass(state.services, className); });
+    }
+    std::vector<PropertyMap> children(const std::string& className) override {
+        return timeline_->read(
+            [&](const SimState& state) { return ofClass(state.children, className); });
     }
 
   private:
+    using Entries = std::map<std::string, std::vector<PropertyMap>>;
+
+    static std::vector<PropertyMap> ofClass(const Entries& entries, const std::string& className) {
+        const auto found = entries.find(className);
+        return found == entries.end() ? std::vector<PropertyMap>{} : found->second;
+    }
+
     std::shared_ptr<SimTimeline> timeline_;
 };
 
@@ -115,6 +135,26 @@ std::shared_ptr<MacBundleInfo> SimMachine::bundleInfo() const {
     return std::make_shared<SimBundleInfo>(timeline_);
 }
 
+std::shared_ptr<MacController> SimMachine::controller() const { return simController(timeline_); }
+
+std::shared_ptr<MacPowerSources> SimMachine::powerSources() const {
+    return simPowerSources(timeline_);
+}
+
+std::unique_ptr<SensorSource> SimMachine::sensors() const { return simSensors(timeline_); }
+
+std::shared_ptr<NetworkStatistics> SimMachine::networkStatistics() const {
+    return simNetworkStatistics(timeline_);
+}
+
+std::unique_ptr<BluetoothReportSource> SimMachine::bluetoothReport() const {
+    return simBluetoothReport(timeline_);
+}
+
+std::unique_ptr<MacBluetoothCalls> SimMachine::bluetoothCalls() const {
+    return simBluetoothCalls(timeline_);
+}
+
 Machine SimMachine::machine() const {
     const std::shared_ptr<MacKernel> macKernel = kernel();
     return {
@@ -125,6 +165,15 @@ Machine SimMachine::machine() const {
         .processes = std::make_unique<MacProcesses>(processTable()),
         .bundles = std::make_unique<MacBundles>(bundleInfo()),
         .power = std::make_unique<SimPower>(timeline_),
+        .gpu = std::make_unique<MacGPU>(registry(), processTable()),
+        .battery = std::make_unique<MacBattery>(registry(), powerSources()),
+        .controller = std::make_unique<SMCReader>(controller()),
+        .sensors = sensors(),
+        .networkUsage =
+            NetworkUsageReader::start(std::make_unique<MacConnections>(networkStatistics())),
+        .wifi = std::make_unique<MacWiFi>(simWiFi(timeline_)),
+        .connection = std::make_unique<NetworkPath>(simPath(timeline_)),
+        .system = std::make_unique<MacSystem>(macKernel),
     };
 }
 

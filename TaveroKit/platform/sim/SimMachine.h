@@ -1,11 +1,16 @@
 #pragma once
 
+#include "platform/BluetoothReportSource.h"
 #include "platform/Machine.h"
 #include "platform/mac/MacBundleInfo.h"
 #include "platform/mac/MacKernel.h"
 #include "platform/mac/MacProcessTable.h"
 #include "platform/mac/MacRegistry.h"
 #include "platform/mac/MacVolumes.h"
+#include "platform/mac/bluetooth/MacBluetoothCalls.h"
+#include "platform/mac/hardware/MacController.h"
+#include "platform/mac/hardware/MacPowerSources.h"
+#include "platform/mac/network/NetworkStatistics.h"
 #include "platform/sim/SimTimeline.h"
 
 #include <functional>
@@ -29,6 +34,12 @@ class SimMachine {
     std::shared_ptr<MacVolumes> volumes() const;
     std::shared_ptr<MacProcessTable> processTable() const;
     std::shared_ptr<MacBundleInfo> bundleInfo() const;
+    std::shared_ptr<MacController> controller() const;
+    std::shared_ptr<MacPowerSources> powerSources() const;
+    std::unique_ptr<SensorSource> sensors() const;
+    std::shared_ptr<NetworkStatistics> networkStatistics() const;
+    std::unique_ptr<BluetoothReportSource> bluetoothReport() const;
+    std::unique_ptr<MacBluetoothCalls> bluetoothCalls() const;
     SimState& state() { return timeline_->now(); }
 
     // Ends what runs inside a bundle, as if its user had quit it. From any thread.

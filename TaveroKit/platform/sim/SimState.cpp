@@ -3,6 +3,8 @@
 #include "platform/mac/SwapUsage.h"
 
 #include <algorithm>
+#include <array>
+#include <chrono>
 #include <span>
 
 namespace tavero {
@@ -112,6 +114,13 @@ void SimState::setInterfaces(const std::vector<SimInterface>& interfaces) {
     }
 }
 
+void SimState::setBootTime(Date date) {
+    using std::chrono::seconds;
+    const std::array<std::int64_t, 2> time{
+        std::chrono::floor<seconds>(date.time_since_epoch()).count(), 0};
+    sysctls["kern.boottime"] = bytesOf(time);
+}
+
 void SimState::setBundle(const std::string& path, const BundleNames& names) {
     PropertyMap& info = bundleInfo[path];
     info.clear();
@@ -156,6 +165,10 @@ SimState simLaptop() {
                       .available = 171'798'691'840,
                       .isInternal = true,
                       .isBrowsable = true}};
+    state.connections.path = {.isSatisfied = true, .usesWiFi = true};
+    state.connections.setSignal(-52);
+    state.setHardware({.cores = std::vector<double>(8, 0.03),
+                       .gpuClients = {{.pid = 128, .name = "WindowServer", .nanoseconds = 1}}});
     return state;
 }
 

@@ -9,6 +9,10 @@
 #include "platform/mac/MacKernel.h"
 #include "platform/mac/MacProcessTable.h"
 #include "platform/mac/PropertyValue.h"
+#include "platform/sim/SimBluetooth.h"
+#include "platform/sim/SimConnections.h"
+#include "platform/sim/SimHardware.h"
+#include "records/Date.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -45,12 +49,17 @@ struct SimState {
     std::map<std::vector<int>, std::vector<std::byte>> numberedSysctls; // and as sysctl does
     std::map<std::uint32_t, std::string> interfaceNames;                // by index
     std::map<std::string, std::vector<PropertyMap>> services;           // by class
-    std::map<std::string, VolumeSpace> volumeSpaces;                    // by path
+    std::map<std::string, std::vector<PropertyMap>> children; // of all services, by their class
+    std::map<std::string, VolumeSpace> volumeSpaces;          // by path
     std::vector<MountedVolume> volumes;
     std::vector<SimProcess> processes; // in the order of the system's list
     std::uint64_t absoluteTime = 0;    // ticks of the timebase
     Timebase timebase{.numer = 125, .denom = 3};
     std::map<std::string, PropertyMap> bundleInfo; // by path
+
+    SimHardware hardware;
+    SimConnections connections;
+    SimBluetooth bluetooth;
 
     bool lowPowerMode = false;
     ThermalState thermalState = ThermalState::nominal;
@@ -67,6 +76,10 @@ struct SimState {
     // Both of their sysctls: the list, where the counters are cut, and the whole counters.
     void setInterfaces(const std::vector<SimInterface>& interfaces);
     void setBundle(const std::string& path, const BundleNames& names);
+    // The sysctl kern.boottime.
+    void setBootTime(Date date);
+    // Battery, power sources, accelerator and its clients, controller and sensors.
+    void setHardware(const SimLoad& load);
 
     // Takes processes out of the list, and a scenario leaves them out from then on: one process, or
     // all that run inside a bundle.

@@ -1,24 +1,15 @@
 #include "platform/sim/SimTasks.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
+#include <numeric>
+#include <optional>
 #include <unordered_set>
 #include <utility>
 
 namespace tavero {
 
 namespace {
-
-double birth(const Scenario::Life& life, double time) {
-    const double livesBefore = std::floor((time - life.begins) / life.every);
-    return livesBefore > 0 ? life.begins + livesBefore * life.every : life.begins;
-}
-
-bool isAlive(const Scenario::Life& life, double time) {
-    const double born = birth(life, time);
-    return born <= time && time < born + life.lasts;
-}
 
 std::uint64_t whole(double amount) { return static_cast<std::uint64_t>(std::max(amount, 0.0)); }
 
@@ -30,7 +21,7 @@ double usedInLife(const Curve& curve, double born, double time) {
 }
 
 MacProcessTable::Usage usage(const Scenario::Process& process, double time) {
-    const double born = birth(process.life, time);
+    const double born = process.life.birth(time);
     const double cpuTicks = simTicksPerSecond * usedInLife(process.cpu, born, time);
     return {
         .userTime = whole(cpuTicks * (1 - process.system)),
@@ -40,6 +31,16 @@ MacProcessTable::Usage usage(const Scenario::Process& process, double time) {
         .diskRead = whole(usedInLife(process.disk.read, born, time)),
         .diskWritten = whole(usedInLife(process.disk.written, born, time)),
     };
+}
+
+std::string fileName(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+// The GPU's time of a process that uses it at all.
+std::optional<SimGPUClient> gpuClient(const Scenario::Process& process, double time) {
+    const double used = usedInLife(process.gpu, process.life.birth(time), time);
+    if (!(used > 0)) return std::nullopt;
+    return SimGPUClient{
+        .pid = process.pid, .name = fileName(process.path), .nanoseconds = whole(1e9 * used)};
 }
 
 SimProcess snapshot(const Scenario::Process& process, double time) {
@@ -62,7 +63,7 @@ bool SimTasks::Task::wasEnded(double time) const {
 }
 
 bool SimTasks::Task::isRunning(double time) const {
-    return isAlive(process.life, time) && !wasEnded(time);
+    return process.life.isAlive(time) && !wasEnded(time);
 }
 
 double SimTasks::Task::used(const Curve& curve, double time) const {
@@ -79,7 +80,7 @@ void SimTasks::endMissing(const std::vector<SimProcess>& listed, double time) {
     for (Task& task : tasks_)
         if (task.isRunning(time) && !pids.contains(task.process.pid)) {
             const Scenario::Life& life = task.process.life;
-            task.endings.push_back({.at = time, .until = birth(life, time) + life.lasts});
+            task.endings.push_back({.at = time, .until = life.birth(time) + life.lasts});
         }
 }
 
@@ -110,6 +111,48 @@ SimTasks::DiskBytes SimTasks::diskBytes(double time) const {
         bytes.written += task.used(task.process.disk.written, time);
     }
     return bytes;
+}
+
+SimTasks::NetworkFlow SimTasks::networkFlow(double time) const {
+    NetworkFlow flow;
+    for (const Task& task : tasks_)
+        if (const auto& network = task.process.network) {
+            flow.in += task.used(network->in, time);
+            flow.out += task.used(network->out, time);
+        }
+    return flow;
+}
+
+std::vector<SimTasks::Connection> SimTasks::connections(double since, double time) const {
+    std::vector<Connection> connections;
+    for (const Task& task : tasks_) {
+        const Scenario::Process& process = task.process;
+        if (!process.network || !task.isRunning(time)) continue;
+        const double opened = std::max(process.life.birth(time), since);
+        connections.push_back(
+            {.pid = process.pid,
+             .name = fileName(process.path),
+             .bytes = {.received = whole(usedInLife(process.network->in, opened, time)),
+                       .sent = whole(usedInLife(process.network->out, opened, time))}});
+    }
+    return connections;
+}
+
+double SimTasks::gpuTime(double time) const {
+    return std::accumulate(tasks_.begin(), tasks_.end(), 0.0,
+                           [&](double seconds, const Task& task) {
+                               return seconds + task.used(task.process.gpu, time);
+                           });
+}
+
+std::vector<SimGPUClient> SimTasks::gpuClients(double time) const {
+    std::vector<SimGPUClient> clients;
+    std::for_each(tasks_.rbegin(), tasks_.rend(), [&](const Task& task) {
+        if (!task.isRunning(time)) return;
+        if (std::optional<SimGPUClient> client = gpuClient(task.process, time))
+            clients.push_back(std::move(*client));
+    });
+    return clients;
 }
 
 double SimTasks::freed(double time) const {

@@ -2,7 +2,10 @@
 
 #include "platform/sim/Scenario.h"
 #include "platform/sim/SimState.h"
+#include "records/NetworkSnapshot.h"
 
+#include <cstdint>
+#include <string>
 #include <vector>
 
 namespace tavero {
@@ -35,6 +38,23 @@ class SimTasks {
     };
     std::vector<CpuTime> cpuTime(std::size_t cpuCount, double time) const; // one entry a CPU
     DiskBytes diskBytes(double time) const;
+    struct NetworkFlow {
+        double in = 0; // bytes
+        double out = 0;
+    };
+    NetworkFlow networkFlow(double time) const;
+    double gpuTime(double time) const; // seconds
+
+    // Those that run and use the GPU, the youngest first.
+    std::vector<SimGPUClient> gpuClients(double time) const;
+
+    // The connections of those that run, opened at `since` or when their process began.
+    struct Connection {
+        std::int32_t pid;
+        std::string name;
+        NetworkBytes bytes;
+    };
+    std::vector<Connection> connections(double since, double time) const;
 
     // The memory that those would hold now that were made to end, in bytes.
     double freed(double time) const;

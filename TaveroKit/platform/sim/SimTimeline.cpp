@@ -1,6 +1,9 @@
 #include "platform/sim/SimTimeline.h"
 
+#include "platform/sim/SimEnergy.h"
+
 #include <algorithm>
+#include <chrono>
 #include <cmath>
 #include <cstdint>
 #include <numeric>
@@ -26,6 +29,10 @@ constexpr std::int64_t warningLevel = 30;
 constexpr std::int64_t criticalLevel = 18;
 constexpr double compression = 2; // bytes that the compressor holds in one
 
+// Seconds that a figure of the hardware looks back.
+constexpr double shortly = 2;
+constexpr double minute = 60;
+
 // The kernel's counter is 32 bits wide and wraps.
 std::uint32_t ticks(double before, double seconds) {
     return static_cast<std::uint32_t>(
@@ -47,6 +54,12 @@ SimTimeline::SimTimeline(Scenario scenario, std::function<Date()> now)
     : scenario_(std::move(scenario)), tasks_(scenario_->processes), now_(std::move(now)),
       start_(now_()) {
     for (const auto& [path, names] : scenario_->bundles) state_.setBundle(path, names);
+    for (const Scenario::Bluetooth& device : scenario_->bluetooth)
+        state_.bluetooth.devices.push_back({.name = device.name,
+                                            .kind = device.kind,
+                                            .address = device.address,
+                                            .isNearby = false});
+    state_.setBootTime(start_ - std::chrono::seconds(static_cast<std::int64_t>(simUptime)));
     move(0);
 }
 
@@ -65,12 +78,23 @@ SimState& SimTimeline::now() {
 
 void SimTimeline::move(double elapsed) {
     elapsed_ = elapsed;
-    moveCpus();
+    const Work now = work(elapsed);
+    const Work minuteAgo = work(elapsed - minute);
+    moveCpus(now, minuteAgo);
     moveMemory();
     moveDevices();
+    moveNetwork();
     state_.processes = tasks_.running(elapsed);
     state_.absoluteTime = static_cast<std::uint64_t>(simTicksPerSecond * (simUptime + elapsed));
-    state_.onExternalPower = !(scenario_->onBattery.at(elapsed) > 0);
+    moveHardware(now, minuteAgo);
+    moveBluetooth();
+}
+
+// What the machine has done since the scenario began.
+SimTimeline::Work SimTimeline::work(double time) const {
+    Work work{.cpus = cpuTime(time), .gpu = tasks_.gpuTime(time)};
+    work.joules = simJoules(work.cpus, work.gpu, time);
+    return work;
 }
 
 // What each CPU has worked since the scenario began.
@@ -84,11 +108,10 @@ std::vector<SimTasks::CpuTime> SimTimeline::cpuTime(double time) const {
     return worked;
 }
 
-void SimTimeline::moveCpus() {
-    const std::vector<SimTasks::CpuTime> worked = cpuTime(elapsed_);
+void SimTimeline::moveCpus(const Work& now, const Work& minuteAgo) {
     std::vector<CpuTicks> counters;
-    counters.reserve(worked.size());
-    for (const auto& [user, system] : worked)
+    counters.reserve(now.cpus.size());
+    for (const auto& [user, system] : now.cpus)
         counters.push_back(
             {.user = ticks(userBefore, user),
              .system = ticks(systemBefore, system),
@@ -96,10 +119,15 @@ void SimTimeline::moveCpus() {
     state_.setTicks(counters);
 
     // As many tasks run or wait as CPUs are busy.
-    const auto load = [&](double seconds) {
-        return (sum(worked) - sum(cpuTime(elapsed_ - seconds))) / seconds;
+    const auto load = [&](double seconds, const std::vector<SimTasks::CpuTime>& before) {
+        return (sum(now.cpus) - sum(before)) / seconds;
     };
-    state_.loadAverage = {.one = load(60), .five = load(300), .fifteen = load(900)};
+    const auto loadSince = [&](double seconds) {
+        return load(seconds, cpuTime(elapsed_ - seconds));
+    };
+    state_.loadAverage = {.one = load(minute, minuteAgo.cpus),
+                          .five = loadSince(5 * minute),
+                          .fifteen = loadSince(15 * minute)};
 }
 
 void SimTimeline::moveMemory() {
@@ -142,16 +170,105 @@ void SimTimeline::moveMemory() {
 void SimTimeline::moveDevices() {
     const SimTasks::DiskBytes used = tasks_.diskBytes(elapsed_);
     const Scenario::Disk& disk = scenario_->disk;
-    const Scenario::Network& wifi = scenario_->wifi;
     state_.setDisks(
         {{.bytesRead = counter(bytesReadBefore, disk.read, elapsed_, used.read),
           .bytesWritten = counter(bytesWrittenBefore, disk.written, elapsed_, used.written)}});
-    state_.setInterfaces(
-        {{.index = 1, .name = "lo0", .counters = {.bytesIn = 51'200, .bytesOut = 51'200}},
-         {.index = 4,
-          .name = "en0",
-          .counters = {.bytesIn = counter(bytesInBefore, wifi.in, elapsed_),
-                       .bytesOut = counter(bytesOutBefore, wifi.out, elapsed_)}}});
+}
+
+// What has gone over the network since the scenario began, had there been no outage.
+SimTasks::NetworkFlow SimTimeline::networkFlow(double time) const {
+    const auto [in, out] = tasks_.networkFlow(time);
+    return {.in = in + scenario_->network.in.integral(time),
+            .out = out + scenario_->network.out.integral(time)};
+}
+
+void SimTimeline::moveNetwork() {
+    const double outageBegins = scenario_->outage.begins;
+    const double outageEnds = outageBegins + scenario_->outage.lasts;
+    const bool isWireless = elapsed_ < outageBegins;
+    const bool isWired = elapsed_ >= outageEnds;
+
+    const auto [in, out] = networkFlow(std::min(elapsed_, outageBegins));
+    std::vector<SimInterface> interfaces{
+        {.index = 1, .name = "lo0", .counters = {.bytesIn = 51'200, .bytesOut = 51'200}},
+        {.index = 4,
+         .name = "en0",
+         .counters = {.bytesIn = bytesInBefore + static_cast<std::uint64_t>(in),
+                      .bytesOut = bytesOutBefore + static_cast<std::uint64_t>(out)}}};
+    if (isWired) {
+        const SimTasks::NetworkFlow now = networkFlow(elapsed_);
+        const SimTasks::NetworkFlow before = networkFlow(outageEnds);
+        interfaces.push_back(
+            {.index = 11,
+             .name = "en7",
+             .counters = {.bytesIn = static_cast<std::uint64_t>(now.in - before.in),
+                          .bytesOut = static_cast<std::uint64_t>(now.out - before.out)}});
+    }
+    state_.setInterfaces(interfaces);
+
+    SimConnections& connections = state_.connections;
+    connections.path = {
+        .isSatisfied = isWireless || isWired, .usesWiFi = isWireless, .usesWiredEthernet = isWired};
+    connections.setSignal(isWireless ? std::lround(scenario_->signal.at(elapsed_)) : 0);
+    connections.open.clear();
+    if (!connections.path.isSatisfied) return;
+    // Those of before the outage are not those of after it.
+    constexpr std::uint64_t afterOutage = 1ull << 32;
+    for (const auto& [pid, name, bytes] :
+         tasks_.connections(isWired ? outageEnds : -simUptime, elapsed_))
+        connections.set(static_cast<std::uint64_t>(pid) + (isWired ? afterOutage : 0), pid, name,
+                        bytes);
+}
+
+void SimTimeline::watchPath(std::function<void(const PathState&)> changed) {
+    const std::lock_guard lock(mutex_);
+    const PathState path = now().connections.path;
+    changed(path);
+    pathWatchers_.push_back({std::move(changed), path});
+}
+
+void SimTimeline::tellPath(const PathState& path) {
+    for (PathWatcher& watcher : pathWatchers_)
+        if (std::exchange(watcher.told, path) != path) watcher.changed(path);
+}
+
+void SimTimeline::moveHardware(const Work& now, const Work& minuteAgo) {
+    const Work before = work(elapsed_ - shortly);
+    const Scenario::Battery& battery = scenario_->battery;
+    SimLoad load{
+        .watts = (now.joules - before.joules) / shortly,
+        .warmth = (now.joules - minuteAgo.joules) / minute,
+        .gpu = (now.gpu - before.gpu) / shortly,
+        .onExternalPower = !battery.unplugged.isAlive(elapsed_),
+        .charge = simCharge(
+            battery, elapsed_,
+            [&](double time) { return time == elapsed_ ? now.joules : work(time).joules; }),
+        .gpuClients = tasks_.gpuClients(elapsed_),
+    };
+    if (load.onExternalPower && load.charge < battery.charge) load.chargingWatts = simChargingWatts;
+    for (std::size_t cpu = 0; cpu < now.cpus.size(); ++cpu)
+        load.cores.push_back((now.cpus[cpu].user + now.cpus[cpu].system - before.cpus[cpu].user -
+                              before.cpus[cpu].system) /
+                             shortly);
+    state_.setHardware(load);
+}
+
+// Whether a device that is near is connected is up to its user.
+void SimTimeline::moveBluetooth() {
+    for (SimBluetoothDevice& device : state_.bluetooth.devices) {
+        const std::vector<Scenario::Bluetooth>& scripts = scenario_->bluetooth;
+        const auto script =
+            std::find_if(scripts.begin(), scripts.end(), [&](const auto& candidate) {
+                return candidate.address == device.address;
+            });
+        if (script == scripts.end()) continue;
+        device.setNearby(script->near.isAlive(elapsed_));
+        device.rawRSSI = std::lround(script->signal.at(elapsed_));
+        device.batteries.clear();
+        for (const auto& [key, percent] : script->batteries)
+            device.batteries.push_back(
+                {.key = key, .percent = std::lround(std::clamp(percent.at(elapsed_), 0.0, 100.0))});
+    }
 }
 
 } // namespace tavero

@@ -30,8 +30,14 @@ class SimTimeline {
     template <typename Read>
     auto read(Read read) {
         const std::lock_guard lock(mutex_);
-        return read(now());
+        SimState& state = now();
+        tellPath(state.connections.path);
+        return read(state);
     }
+
+    // Calls `changed` with the path of this moment, and then with every other that a read finds.
+    // It must not read. From any thread.
+    void watchPath(std::function<void(const PathState&)> changed);
 
     // SimState::quit() at this moment. From any thread.
     void quit(const std::string& bundlePath) {
@@ -40,13 +46,30 @@ class SimTimeline {
     }
 
   private:
+    struct Work {
+        std::vector<SimTasks::CpuTime> cpus;
+        double gpu = 0; // seconds
+        double joules = 0;
+    };
+    struct PathWatcher {
+        std::function<void(const PathState&)> changed;
+        PathState told;
+    };
+
     void move(double elapsed);
     std::vector<SimTasks::CpuTime> cpuTime(double time) const;
-    void moveCpus();
+    Work work(double time) const;
+    void moveCpus(const Work& now, const Work& minuteAgo);
     void moveMemory();
     void moveDevices();
+    void moveNetwork();
+    SimTasks::NetworkFlow networkFlow(double time) const;
+    void tellPath(const PathState& path);
+    void moveHardware(const Work& now, const Work& minuteAgo);
+    void moveBluetooth();
 
     std::mutex mutex_;
+    std::vector<PathWatcher> pathWatchers_;
 
     SimState state_ = simLaptop();
     std::optional<Scenario> scenario_;

@@ -48,6 +48,7 @@ enum { NSUTF8StringEncoding = 4 };
 @property(readonly) BOOL boolValue;
 @property(readonly) long long longLongValue;
 @property(readonly) double doubleValue;
++ (NSNumber*)numberWithInt:(int)value;
 @end
 
 @interface NSData : NSObject
@@ -57,12 +58,21 @@ enum { NSUTF8StringEncoding = 4 };
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
 @property(readonly) NSUInteger count;
+- (ObjectType)objectAtIndexedSubscript:(NSUInteger)index;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects
                            count:(NSUInteger)count;
 @end
 
+@interface NSMutableArray<ObjectType> : NSArray <ObjectType>
++ (instancetype)array;
+- (void)addObject:(ObjectType)object;
+@end
+
 @interface NSDictionary<__covariant KeyType, __covariant ObjectType> : NSObject <NSFastEnumeration>
 + (instancetype)dictionary;
++ (instancetype)dictionaryWithObjects:(const ObjectType _Nonnull[_Nullable])objects
+                              forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
+                                count:(NSUInteger)count;
 - (nullable ObjectType)objectForKeyedSubscript:(KeyType)key;
 @end
 
@@ -97,8 +107,18 @@ typedef NS_OPTIONS(NSUInteger, NSVolumeEnumerationOptions) {
     NSVolumeEnumerationSkipHiddenVolumes = 1UL << 1,
 };
 
+typedef NS_ENUM(NSUInteger, NSSearchPathDirectory) {
+    NSApplicationSupportDirectory = 14,
+};
+
+typedef NS_OPTIONS(NSUInteger, NSSearchPathDomainMask) {
+    NSUserDomainMask = 1,
+};
+
 @interface NSFileManager : NSObject
 @property(class, readonly, strong) NSFileManager* defaultManager;
+- (NSArray<NSURL*>*)URLsForDirectory:(NSSearchPathDirectory)directory
+                           inDomains:(NSSearchPathDomainMask)domainMask;
 - (nullable NSArray<NSURL*>*)
     mountedVolumeURLsIncludingResourceValuesForKeys:(nullable NSArray<NSURLResourceKey>*)keys
                                             options:(NSVolumeEnumerationOptions)options;

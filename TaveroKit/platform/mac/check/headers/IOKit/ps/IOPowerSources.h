@@ -10,6 +10,9 @@ extern "C" {
 #define kIOPSTimeRemainingUnlimited ((CFTimeInterval)-2.0)
 
 CFTimeInterval IOPSGetTimeRemainingEstimate(void);
+CFTypeRef IOPSCopyPowerSourcesInfo(void) __attribute__((cf_returns_retained));
+CFArrayRef IOPSCopyPowerSourcesList(CFTypeRef info) __attribute__((cf_returns_retained));
+CFDictionaryRef IOPSGetPowerSourceDescription(CFTypeRef info, CFTypeRef source);
 
 #ifdef __cplusplus
 }

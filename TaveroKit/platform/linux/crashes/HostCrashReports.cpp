@@ -1,0 +1,33 @@
+#include "platform/linux/crashes/CoredumpFolder.h"
+#include "platform/linux/crashes/JournalCrashes.h"
+
+#include <cstdlib>
+
+#include <unistd.h>
+
+namespace tavero {
+
+namespace {
+
+std::string_view variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+CrashedApps installedApps() {
+    return CrashedApps(
+        applicationFolders(variable("HOME"), variable("XDG_DATA_HOME"), variable("XDG_DATA_DIRS")));
+}
+
+} // namespace
+
+// The journal knows the program's path and its control group, so it names the app more surely; the
+// folder is for whoever may not read the journal. Decided once.
+std::unique_ptr<CrashReports> hostCrashReports(Date since) {
+    const uid_t uid = ::getuid();
+    if (auto journal = JournalCrashes::ofThisMachine(uid, since, installedApps())) return journal;
+    return std::make_unique<CoredumpFolder>(CoredumpFolder::defaultDirectory(), uid, since,
+                                            installedApps());
+}
+
+} // namespace tavero

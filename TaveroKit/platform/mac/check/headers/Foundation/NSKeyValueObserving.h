@@ -1,0 +1,27 @@
+// The part of Foundation's observing of properties that Tavero uses, declared for the check.
+#pragma once
+
+#import <Foundation/Foundation.h>
+
+#pragma clang assume_nonnull begin
+
+typedef NS_OPTIONS(NSUInteger, NSKeyValueObservingOptions) {
+    NSKeyValueObservingOptionNew = 0x01,
+};
+
+@interface NSObject (NSKeyValueObserving)
+- (void)observeValueForKeyPath:(nullable NSString*)keyPath
+                      ofObject:(nullable id)object
+                        change:(nullable NSDictionary<NSString*, id>*)change
+                       context:(nullable void*)context;
+@end
+
+@interface NSObject (NSKeyValueObserverRegistration)
+- (void)addObserver:(NSObject*)observer
+         forKeyPath:(NSString*)keyPath
+            options:(NSKeyValueObservingOptions)options
+            context:(nullable void*)context;
+- (void)removeObserver:(NSObject*)observer forKeyPath:(NSString*)keyPath;
+@end
+
+#pragma clang assume_nonnull end
