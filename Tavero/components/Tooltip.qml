@@ -2,7 +2,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Tavero.Components
 
-// The words of a control that has none of its own, above it. A child of that control.
+// More words about what the pointer rests on, above it: those of a control that has none of its own.
+// A child of it.
 T.ToolTip {
     id: tip
 
@@ -15,7 +16,8 @@ T.ToolTip {
     margins: 6
     verticalPadding: 6
     visible: isShown
-    x: parent ? (parent.width - implicitWidth) / 2 : 0
+    width: Math.min(implicitWidth, 320)
+    x: parent ? (parent.width - width) / 2 : 0
     y: -implicitHeight - 6
 
     background: Rectangle {
@@ -26,5 +28,6 @@ T.ToolTip {
         color: Theme.window
         font.pixelSize: 12
         text: tip.text
+        wrapMode: Text.WordWrap
     }
 }

@@ -49,6 +49,10 @@ Monitor::Monitor(Readers readers, std::unique_ptr<PowerSource> power,
 
 Monitor::~Monitor() = default;
 
+ThermalState Monitor::thermalState() const {
+    return power_ ? power_->thermalState() : ThermalState::nominal;
+}
+
 void Monitor::start() {
     if (isRunning_ && !isPreview_) return;
     isPreview_ = false;

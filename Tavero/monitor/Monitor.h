@@ -81,6 +81,9 @@ class Monitor : public QObject {
     const std::optional<std::string>& toast() const { return toast_; }
     std::int64_t audioDevicesVersion() const { return audioDevicesVersion_; }
 
+    // How the system rates its own heat.
+    ThermalState thermalState() const;
+
     bool isPreview() const { return isPreview_; }
     const Cadence& cadence() const { return cadence_; }
 

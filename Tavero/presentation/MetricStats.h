@@ -17,6 +17,7 @@ struct Surroundings {
     std::optional<std::int64_t> displays; // screens connected now
     std::optional<std::int64_t> openApps; // running apps that have a place in the dock
     std::optional<std::string> uptime;    // in words
+    std::string systemName = "macOS";     // what users call the operating system
 };
 
 // The secondary figures of the metric's page, in their order.

@@ -1,7 +1,7 @@
 #include "presentation/NumberText.h"
 
-#include <array>
-#include <charconv>
+#include "records/Fixed.h"
+
 #include <cmath>
 
 namespace tavero {
@@ -18,16 +18,7 @@ std::optional<double> known(std::optional<double> value) {
 
 std::string fixed(std::optional<double> value, int decimals) {
     value = known(value);
-    if (!value) return placeholder;
-    // Not snprintf, whose decimal separator follows the locale. The largest double has 309 digits.
-    std::array<char, 400> buffer;
-    char* const end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), *value,
-                                    std::chars_format::fixed, decimals)
-                          .ptr;
-    std::string text(buffer.data(), end);
-    const bool isZero = text.find_first_not_of("-0.") == std::string::npos;
-    if (isZero && text.front() == '-') text.erase(0, 1);
-    return text;
+    return value ? fixedDigits(*value, decimals) : placeholder;
 }
 
 std::string percent(std::optional<double> fraction) {

@@ -1,6 +1,8 @@
 #include "presentation/MetricReading.h"
 #include "presentation/MetricStats.h"
 #include "presentation/MetricStatus.h"
+#include "presentation/PageInsight.h"
+#include "presentation/ScaledGraph.h"
 #include "presentation/Section.h"
 #include "presentation/test/RandomSnapshot.h"
 
@@ -59,6 +61,12 @@ TEST(Presentation, AnySnapshotGivesReadableText) {
                 expectFilled(pill->text);
             expectReadable(stats(metric, snapshot, format, surroundings));
             expectReadable(overviewStats(metric, snapshot, format, surroundings));
+            if (const std::optional<PageInsight> verdict =
+                    insight(metric, snapshot, format, surroundings)) {
+                expectFilled(verdict->headline);
+                expectReadable(verdict->detail);
+            }
+            expectReadable(graphScale(metric, snapshot.diskWritePerSecond, format));
         }
         for (const Section section : allSections)
             expectReadable(sidebarValue(section, snapshot, BluetoothSummary{true, 3}, format));

@@ -49,4 +49,11 @@ std::string_view Stat::symbol() const {
     return found == std::end(symbols) ? "circle.fill" : found->symbol;
 }
 
+std::vector<std::string_view> labelsWithSymbols() {
+    std::vector<std::string_view> labels;
+    labels.reserve(std::size(symbols));
+    for (const LabelSymbol& row : symbols) labels.push_back(row.label);
+    return labels;
+}
+
 } // namespace tavero

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tavero {
 
@@ -21,5 +22,8 @@ struct Stat {
 
     bool operator==(const Stat&) const = default;
 };
+
+// The labels that have a symbol of their own.
+std::vector<std::string_view> labelsWithSymbols();
 
 } // namespace tavero

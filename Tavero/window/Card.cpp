@@ -3,6 +3,7 @@
 #include "components/Palette.h"
 #include "presentation/MetricReading.h"
 #include "presentation/MetricStatus.h"
+#include "presentation/PageInsight.h"
 #include "window/MemoryBreakdown.h"
 
 #include <QStringList>
@@ -34,6 +35,18 @@ void addStatus(Card& card, Metric metric, const CardSource& source) {
     card.statusBackground = pick(tone.background, source.isDark);
     card.statusColor =
         tone.text ? pick(*tone.text, source.isDark) : Palette::of(source.isDark).secondaryText;
+}
+
+void addVerdict(Card& card, Metric metric, const CardSource& source) {
+    const std::optional<PageInsight> insight =
+        tavero::insight(metric, source.snapshot, source.format, source.surroundings);
+    if (!insight) return;
+    card.verdict = text(insight->headline);
+    card.wholeVerdict = card.verdict;
+    if (insight->detail.empty()) return;
+    // A headline that ends in a figure has no full stop of its own.
+    if (card.verdict.back().isLetterOrNumber()) card.wholeVerdict += '.';
+    card.wholeVerdict += ' ' + text(insight->detail);
 }
 
 void addStats(Card& card, Metric metric, const CardSource& source) {
@@ -80,7 +93,7 @@ void addSpoken(Card& card) {
     QStringList detail;
     for (const SegmentRow& segment : card.segments) detail += segment.name + ' ' + segment.value;
     for (const StatRow& stat : card.stats) detail += stat.label + ' ' + stat.value;
-    card.spokenDetail = detail.join(QStringLiteral(", "));
+    card.spokenDetail = (card.wholeVerdict + ' ' + detail.join(QStringLiteral(", "))).trimmed();
 }
 
 } // namespace
@@ -90,9 +103,11 @@ Card card(Section section, const CardSource& source) {
     if (!metric) return {};
     Card card{.showsDetails = source.showsDetails,
               .title = text(title(section)),
+              .symbol = text(symbol(section)),
               .color = pick(color(section), source.isDark)};
     addReading(card, *metric, source);
     addStatus(card, *metric, source);
+    addVerdict(card, *metric, source);
     addStats(card, *metric, source);
     addCurves(card, *metric, source);
     if (section == Section::cpu) addCores(card, source);

@@ -22,7 +22,10 @@ namespace tavero {
 struct Card {
     bool showsDetails = true; // figures and curves, below the headline
     QString title;
+    QString symbol; // the name of its icon
     QColor color;
+    QString verdict;      // what is going on, in one sentence
+    QString wholeVerdict; // and why, or what to do
     QString value;
     QString unit;
     QString note;

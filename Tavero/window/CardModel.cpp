@@ -7,7 +7,10 @@ namespace tavero {
 void CardModel::show(Card card) {
     showsDetails_ = card.showsDetails;
     title_ = std::move(card.title);
+    symbol_ = std::move(card.symbol);
     color_ = card.color;
+    verdict_ = std::move(card.verdict);
+    wholeVerdict_ = std::move(card.wholeVerdict);
     value_ = std::move(card.value);
     unit_ = std::move(card.unit);
     note_ = std::move(card.note);

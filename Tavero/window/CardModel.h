@@ -18,7 +18,10 @@ class CardModel : public QObject {
     QML_UNCREATABLE("The Overview owns it.")
     Q_PROPERTY(bool showsDetails READ showsDetails NOTIFY showsDetailsChanged FINAL)
     Q_PROPERTY(QString title READ title NOTIFY titleChanged FINAL)
+    Q_PROPERTY(QString symbol READ symbol NOTIFY symbolChanged FINAL)
     Q_PROPERTY(QColor color READ color NOTIFY colorChanged FINAL)
+    Q_PROPERTY(QString verdict READ verdict NOTIFY verdictChanged FINAL)
+    Q_PROPERTY(QString wholeVerdict READ wholeVerdict NOTIFY wholeVerdictChanged FINAL)
     Q_PROPERTY(QString value READ value NOTIFY valueChanged FINAL)
     Q_PROPERTY(QString unit READ unit NOTIFY unitChanged FINAL)
     Q_PROPERTY(QString note READ note NOTIFY noteChanged FINAL)
@@ -43,7 +46,10 @@ class CardModel : public QObject {
 
     bool showsDetails() const { return showsDetails_; }
     QString title() const { return title_; }
+    QString symbol() const { return symbol_; }
     QColor color() const { return color_; }
+    QString verdict() const { return verdict_; }
+    QString wholeVerdict() const { return wholeVerdict_; }
     QString value() const { return value_; }
     QString unit() const { return unit_; }
     QString note() const { return note_; }
@@ -64,7 +70,10 @@ class CardModel : public QObject {
   signals:
     void showsDetailsChanged();
     void titleChanged();
+    void symbolChanged();
     void colorChanged();
+    void verdictChanged();
+    void wholeVerdictChanged();
     void valueChanged();
     void unitChanged();
     void noteChanged();
@@ -82,7 +91,10 @@ class CardModel : public QObject {
     // Each compares before it tells.
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, bool, showsDetails_, &CardModel::showsDetailsChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, title_, &CardModel::titleChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, symbol_, &CardModel::symbolChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QColor, color_, &CardModel::colorChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, verdict_, &CardModel::verdictChanged)
+    Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, wholeVerdict_, &CardModel::wholeVerdictChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, value_, &CardModel::valueChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, unit_, &CardModel::unitChanged)
     Q_OBJECT_BINDABLE_PROPERTY(CardModel, QString, note_, &CardModel::noteChanged)

@@ -2,7 +2,9 @@
 
 #include "components/Palette.h"
 #include "presentation/Levels.h"
+#include "presentation/test/RandomSnapshot.h"
 #include "window/CardModel.h"
+#include "window/OverviewCards.h"
 #include "window/test/TestMachine.h"
 
 #include <QMetaProperty>
@@ -13,6 +15,7 @@
 #include <limits>
 #include <map>
 #include <memory>
+#include <random>
 #include <string>
 
 namespace tavero {
@@ -31,6 +34,7 @@ TEST(Card, TellsTheHeadlineOfItsMetric) {
     EXPECT_EQ(cpu.unit, "%");
     EXPECT_EQ(cpu.note, "Load 1.4 of 8");
     EXPECT_EQ(cpu.status, "Normal");
+    EXPECT_EQ(cpu.symbol, "cpu");
     EXPECT_EQ(cpu.color, QColor(0x2772AF));
     EXPECT_EQ(cpu.stats.front(), (StatRow{.label = "User", .value = "9%"}));
     EXPECT_EQ(cpu.points.size(), 1u);
@@ -39,12 +43,26 @@ TEST(Card, TellsTheHeadlineOfItsMetric) {
 TEST(Card, IsOneSentenceForAScreenReader) {
     const Card cpu = cardOf(Section::cpu, {.cpu = TestMachine::quietCpu()});
     EXPECT_EQ(cpu.spoken, "CPU, 12 %, Normal, Load 1.4 of 8");
-    EXPECT_EQ(cpu.spokenDetail, "User 9%, System 3%, Load avg 1.42, Temp –");
+    EXPECT_EQ(cpu.spokenDetail, "Your Mac is mostly idle. 88% of the CPU is free. User 9%, "
+                                "System 3%, Load avg 1.42, Temp –");
     const Card memory = cardOf(Section::memory, {.memory = TestMachine::halfFullMemory()});
     EXPECT_EQ(memory.status, "Normal");
     EXPECT_EQ(memory.note, ""); // would say the same
     EXPECT_EQ(memory.spoken, "Memory, 7.6 / 16 GB, Normal");
-    EXPECT_TRUE(memory.spokenDetail.startsWith("Apps 5.0 GB, Wired 1.9 GB"));
+    EXPECT_TRUE(memory.spokenDetail.contains("Apps 5.0 GB, Wired 1.9 GB"));
+}
+
+TEST(Card, TellsTheVerdictAndWhy) {
+    const Card cpu = cardOf(Section::cpu, {.cpu = TestMachine::quietCpu()});
+    EXPECT_EQ(cpu.verdict, "Your Mac is mostly idle.");
+    EXPECT_EQ(cpu.wholeVerdict, "Your Mac is mostly idle. 88% of the CPU is free.");
+    const Card network = cardOf(Section::network, {.networkInPerSecond = 1e7});
+    EXPECT_EQ(network.verdict, "Downloading at 9.5 MB/s");
+    EXPECT_EQ(network.wholeVerdict,
+              "Downloading at 9.5 MB/s. Something is pulling in a lot of data right now.");
+    const Card quiet = cardOf(Section::network, {});
+    EXPECT_EQ(quiet.wholeVerdict, quiet.verdict);
+    EXPECT_EQ(quiet.verdict, "The network is quiet.");
 }
 
 TEST(Card, WithoutFiguresShowsThePlaceholder) {
@@ -102,6 +120,23 @@ TEST(Card, TheNetworkHasASecondCurve) {
 }
 
 TEST(Card, ASectionWithoutAMetricHasAnEmptyOne) { EXPECT_EQ(cardOf(Section::sound, {}), Card{}); }
+
+TEST(Card, AnySnapshotGivesAVerdictAndAFigure) {
+    std::mt19937_64 random(6);
+    for (int round = 0; round < 300; ++round) {
+        const LiveSnapshot snapshot = randomSnapshot(random);
+        for (const Section section : orderedCards("")) {
+            const Card any = cardOf(section, snapshot, round % 2 == 0);
+            EXPECT_FALSE(any.symbol.isEmpty());
+            EXPECT_FALSE(any.value.isEmpty());
+            EXPECT_FALSE(any.verdict.isEmpty());
+            EXPECT_TRUE(any.wholeVerdict.startsWith(any.verdict));
+            for (const QString& text : {any.spoken, any.spokenDetail})
+                EXPECT_FALSE(text.contains("nan") || text.contains("inf")) << text.toStdString();
+        }
+        if (HasFailure()) FAIL() << "in round " << round;
+    }
+}
 
 // The names of the properties whose change is told.
 class Told {

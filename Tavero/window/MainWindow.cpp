@@ -1,5 +1,6 @@
 #include "window/MainWindow.h"
 
+#include "components/SoftwarePainting.h"
 #include "desktop/MemoryReturn.h"
 #include "window/OverviewModel.h"
 #include "window/ToastModel.h"
@@ -22,13 +23,6 @@ Q_IMPORT_QML_PLUGIN(Tavero_WindowPlugin)
 namespace tavero {
 
 namespace {
-
-// For these drawings it takes less of the machine than a graphics context, in memory above all.
-// It counts for the life of the program, from its first window on.
-void paintInSoftware() {
-    if (QQuickWindow::sceneGraphBackend() != "software")
-        QQuickWindow::setGraphicsApi(QSGRendererInterface::Software);
-}
 
 Surroundings displaysOnly() { return {.displays = QGuiApplication::screens().size()}; }
 

@@ -3,7 +3,7 @@ import QtQuick.Layouts
 import Tavero.Components
 import Tavero.Window
 
-// One metric: the figure, what it means, what it is made of, and its last minute. For a screen
+// One metric: the verdict, the figure, what it is made of, and its last minute. For a screen
 // reader it is one element.
 Rectangle {
     id: root
@@ -36,11 +36,11 @@ Rectangle {
             Layout.preferredHeight: pill.implicitHeight // also while there is no pill
             spacing: Theme.gap
 
-            Rectangle {
+            SymbolIcon {
                 color: root.card.color
-                implicitHeight: 10
-                implicitWidth: 10
-                radius: 5
+                implicitHeight: 18
+                implicitWidth: 18
+                symbol: root.card.symbol
             }
             PlainText {
                 Layout.fillWidth: true
@@ -56,10 +56,29 @@ Rectangle {
                 textColor: root.card.statusColor
             }
         }
+        // Takes its line even while it says nothing, so that nothing moves when it does; so does the
+        // note below.
+        PlainText {
+            id: verdict
+
+            Layout.fillWidth: true
+            Layout.topMargin: 3
+            color: Theme.secondaryText
+            font.pixelSize: 12
+            text: root.card.verdict === "" ? " " : root.card.verdict
+
+            HoverHandler {
+                id: verdictHover
+            }
+            Tooltip {
+                isShown: verdictHover.hovered && (verdict.truncated || root.card.wholeVerdict !== root.card.verdict)
+                text: root.card.wholeVerdict
+            }
+        }
         RowLayout {
             Layout.fillHeight: false
             Layout.fillWidth: true
-            Layout.topMargin: 8
+            Layout.topMargin: 6
             spacing: 6
 
             PlainText {
@@ -77,7 +96,6 @@ Rectangle {
                 text: root.card.unit
             }
         }
-        // Takes its line even while it says nothing, so that nothing moves when it does.
         PlainText {
             Layout.fillWidth: true
             color: Theme.secondaryText

@@ -1,25 +1,13 @@
 #include "window/OverviewModel.h"
 
-#include "presentation/Format.h"
+#include "settings/SettingsFormat.h"
 #include "window/Card.h"
 #include "window/OverviewCards.h"
-
-#include <QLocale>
 
 #include <utility>
 #include <vector>
 
 namespace tavero {
-
-namespace {
-
-Format chosenFormat(const Settings& settings) {
-    return {.networkBits = settings.get(keys::networkBits),
-            .fahrenheit = settings.get(keys::temperatureUnit) == "fahrenheit",
-            .groupSeparator = QLocale().groupSeparator().toStdString()};
-}
-
-} // namespace
 
 OverviewModel::OverviewModel(const Monitor& monitor, const Settings& settings, const Theme& theme,
                              QString summary, std::function<Surroundings()> surroundings)
@@ -41,7 +29,7 @@ void OverviewModel::update() {
     if (!monitor_.snapshot()) return;
     const CardSource source{.snapshot = *monitor_.snapshot(),
                             .graphs = monitor_.graphs(),
-                            .format = chosenFormat(settings_),
+                            .format = format(settings_),
                             .surroundings = surroundings_ ? surroundings_() : Surroundings{},
                             .isDark = theme_.isDark(),
                             .showsDetails = showsDetails_};

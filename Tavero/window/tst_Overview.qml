@@ -69,6 +69,22 @@ Item {
             for (const text of ["CPU", "96", "%", "Busy", "Load 1.4 of 8", "User", "93%"])
                 verify(shown.includes(text), text);
         }
+        function test_aCardShowsItsSymbolAndItsVerdict() {
+            const card = cards()[0];
+            verify(texts(card).includes("Your Mac is mostly idle."));
+            const icons = all(item => item.symbol !== undefined && item.width > 0 && isSeen(item), card);
+            compare(icons.map(icon => icon.symbol), ["cpu"]);
+            compare(icons[0].color, card.card.color);
+        }
+        function test_theReasonIsATooltip() {
+            const verdict = all(item => item.text === "Your Mac is mostly idle." && isSeen(item), cards()[0])[0];
+            const reason = "Your Mac is mostly idle. 88% of the CPU is free.";
+            const tip = () => all(item => item.text === reason && item.textFormat !== undefined && isSeen(item), root.Window.contentItem.parent || root.Window.contentItem);
+            mouseMove(verdict, 5, verdict.height / 2);
+            tryVerify(() => tip().length === 1, 3000);
+            mouseMove(root, 1, 1);
+            tryVerify(() => tip().length === 0);
+        }
         function test_withoutDetailsTheFiguresStay() {
             Bench.setDetails(false);
             const shown = texts(cards()[0]);
@@ -161,7 +177,8 @@ Item {
             Bench.run(5);
             const card = cards()[0];
             compare(card.Accessible.name, "CPU, 12 %, Normal, Load 1.4 of 8");
-            verify(card.Accessible.description.startsWith("User 9%"));
+            verify(card.Accessible.description.startsWith("Your Mac is mostly idle. 88% of the CPU is free."));
+            verify(card.Accessible.description.includes("User 9%"));
         }
     }
 }

@@ -73,7 +73,18 @@ AppUsage app(Values& values, int depth) {
     row.diskReadRate = values.number();
     row.diskWriteRate = values.number();
     row.gpu = values.maybe(values.number());
+    row.gpuAverage = values.maybe(values.number());
+    row.gpuPeak = values.maybe(values.number());
+    row.cpuAverage = values.maybe(values.number());
+    row.watts = values.maybe(values.number());
+    row.flag = values.maybe<std::string>("Busy");
     row.note = values.maybe<std::string>("growing");
+    row.memoryChange = values.maybe(values.integer());
+    row.memoryShare = values.maybe(values.number());
+    row.networkInRate = values.number();
+    row.networkOutRate = values.number();
+    row.networkInTotal = values.bytes();
+    row.networkOutTotal = values.bytes();
     if (depth > 0) row.children.assign(values.below(3), app(values, depth - 1));
     return row;
 }
@@ -91,7 +102,11 @@ BatterySnapshot battery(Values& values) {
             .minutesToEmpty = values.maybe(values.integer()),
             .minutesToFull = values.maybe(values.integer()),
             .cycleCount = values.maybe(values.integer()),
-            .watts = values.maybe(values.number())};
+            .health = values.maybe(values.number()),
+            .temperatureCelsius = values.maybe(values.number()),
+            .watts = values.maybe(values.number()),
+            .remainingWattHours = values.maybe(values.number()),
+            .currentIsStale = values.flag()};
 }
 
 MemorySnapshot memory(Values& values) {
@@ -100,7 +115,9 @@ MemorySnapshot memory(Values& values) {
             .wired = values.bytes(),
             .compressed = values.bytes(),
             .cached = values.bytes(),
-            .pressure = static_cast<MemoryPressure>(values.below(4))};
+            .swapUsed = values.bytes(),
+            .pressure = static_cast<MemoryPressure>(values.below(4)),
+            .swapTotal = values.bytes()};
 }
 
 } // namespace
@@ -112,8 +129,11 @@ LiveSnapshot randomSnapshot(std::mt19937_64& random) {
     if (values.flag())
         snapshot.cpu = {.user = values.number(),
                         .system = values.number(),
+                        .idle = values.number(),
                         .perCore = values.numbers(),
-                        .loadAverage = {values.number()}};
+                        .loadAverage = {values.number()},
+                        .performanceCores = values.integer(),
+                        .efficiencyCores = values.integer()};
     if (values.flag()) snapshot.memory = memory(values);
     if (values.flag())
         snapshot.gpu = {.device = values.number(),
@@ -124,12 +144,17 @@ LiveSnapshot randomSnapshot(std::mt19937_64& random) {
     snapshot.cpuTemperature = values.maybe(values.number());
     snapshot.fanRPM = values.numbers();
     if (values.flag())
-        snapshot.sound = {.volume = values.maybe(values.number()), .isMuted = values.flag()};
+        snapshot.sound = {.output = values.maybe<AudioOutput>({.name = "Speakers"}),
+                          .volume = values.maybe(values.number()),
+                          .isMuted = values.flag()};
     snapshot.diskReadPerSecond = values.number();
     snapshot.diskWritePerSecond = values.number();
     snapshot.diskAvailable = values.maybe(values.integer());
     snapshot.diskCapacity = values.maybe(values.integer());
-    if (values.flag()) snapshot.wifi = WiFiLink{.standard = values.maybe<std::string>("Wi-Fi 7")};
+    if (values.flag())
+        snapshot.wifi = WiFiLink{.rssi = values.integer(),
+                                 .linkSpeed = values.number(),
+                                 .standard = values.maybe<std::string>("Wi-Fi 7")};
     snapshot.connection = static_cast<ConnectionKind>(values.below(5));
     snapshot.networkInPerSecond = values.number();
     snapshot.networkOutPerSecond = values.number();
@@ -138,6 +163,7 @@ LiveSnapshot randomSnapshot(std::mt19937_64& random) {
     snapshot.processCount = values.integer();
     snapshot.apps = apps(values);
     snapshot.memoryHeavyApps = apps(values);
+    snapshot.networkApps = apps(values);
     if (values.flag())
         snapshot.systemActivity = {.process = "indexer", .description = "Indexing", .cpu = 2};
     return snapshot;
