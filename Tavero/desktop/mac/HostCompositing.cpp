@@ -1,0 +1,7 @@
+#include "desktop/Compositing.h"
+
+namespace tavero {
+
+bool windowsMayBeClear() { return true; }
+
+} // namespace tavero

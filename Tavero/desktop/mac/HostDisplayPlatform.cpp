@@ -1,0 +1,7 @@
+#include "desktop/DisplayPlatform.h"
+
+namespace tavero {
+
+void chooseDisplayPlatform() {} // there is one
+
+} // namespace tavero
