@@ -135,7 +135,14 @@ void Terminal::readKeys() {
         return;
     }
     const std::string_view typed(keys.data(), static_cast<std::size_t>(count));
-    if (typed.find_first_of("qQ\x04") != std::string_view::npos) emit endRequested();
+    // The keys that aren't letters send several characters, an escape first.
+    if (typed.front() == '\x1b') return;
+    for (const char key : typed) {
+        if (std::string_view("qQ\x04").find(key) != std::string_view::npos)
+            emit endRequested();
+        else
+            emit keyPressed(key);
+    }
 }
 
 void Terminal::readSignals() {

@@ -32,6 +32,7 @@ class Terminal : public QObject {
 
   signals:
     void resized();
+    void keyPressed(char key);
     void endRequested(); // q, Ctrl-C, the end of the input, a signal to end
 
   private:

@@ -5,11 +5,16 @@
 #include "presentation/MetricReading.h"
 #include "presentation/MetricStatus.h"
 #include "presentation/NumberText.h"
+#include "presentation/PageInsight.h"
+#include "presentation/Section.h"
 #include "text/TextDrawing.h"
+#include "text/TextPen.h"
+#include "text/TextTable.h"
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -23,58 +28,24 @@ constexpr int labelColumns = 14;
 constexpr double graphSeconds = 60;
 constexpr int coreColumns = 24;
 constexpr std::size_t mostApps = 10;
-constexpr int nameColumns = 30;
-constexpr int cpuColumns = 8;
-constexpr int memoryColumns = 12;
-
-// Escape codes of the terminal, empty where it is not coloured.
-struct Pen {
-    bool isColored;
-
-    std::string with(std::string_view code, std::string_view text) const {
-        if (!isColored || text.empty()) return std::string(text);
-        return "\x1b[" + std::string(code) + "m" + std::string(text) + "\x1b[0m";
-    }
-    std::string bold(std::string_view text) const { return with("1", text); }
-    std::string dim(std::string_view text) const { return with("2", text); }
-    std::string toned(Tone tone, std::string_view text) const {
-        if (tone == Tone::good) return with("32", text);
-        if (tone == Tone::warning) return with("33", text);
-        return dim(text);
-    }
-    std::string colored(Metric metric, std::string_view text) const {
-        switch (metric) {
-        case Metric::cpu:
-            return with("34", text);
-        case Metric::memory:
-            return with("33", text);
-        case Metric::gpu:
-            return with("35", text);
-        case Metric::power:
-            return with("32", text);
-        case Metric::disk:
-            return with("36", text);
-        case Metric::temperature:
-            return with("31", text);
-        case Metric::network:
-            return with("34", text);
-        }
-        return std::string(text);
-    }
-};
 
 class Page {
   public:
-    Page(const LiveSnapshot& snapshot, const Graphs& graphs, const Format& format,
+    // There is a snapshot.
+    Page(const std::optional<LiveSnapshot>& snapshot, const Graphs& graphs, const Format& format,
          const Surroundings& surroundings, const TextStyle& style)
-        : snapshot_(snapshot), history_(graphs.history()), format_(format),
+        : whole_(snapshot), snapshot_(*snapshot), history_(graphs.history()), format_(format),
           surroundings_(surroundings), pen_{style.isColored},
           columns_(std::clamp(style.columns, leastColumns, mostColumns)) {}
 
     std::vector<std::string> lines() {
         for (const Metric metric : allMetrics)
             if (isPresent(metric, snapshot_)) addMetric(metric);
-        addApps();
+        addSound();
+        addTable(
+            usageTable("Using the most", mostOf(usingTheMost(snapshot_)), format_, pen_, columns_));
+        addTable(networkTable("Using the network", mostOf(snapshot_.networkApps), format_, pen_,
+                              columns_));
         if (!lines_.empty() && lines_.back().empty()) lines_.pop_back();
         return std::move(lines_);
     }
@@ -82,6 +53,7 @@ class Page {
   private:
     void addMetric(Metric metric) {
         addHeadline(metric);
+        addVerdict(metric);
         addGraph(metric);
         if (metric == Metric::cpu) addCores();
         if (metric == Metric::memory) addMemory();
@@ -111,10 +83,34 @@ class Page {
         left_ -= width;
         return fitted(text, width);
     }
-    std::string takingRight(std::string_view text, int width) {
-        width = std::min(width, left_);
-        left_ -= width;
-        return fittedRight(text, width);
+
+    // Both sentences in a line, or each in one of its own.
+    void addVerdict(Metric metric) {
+        const std::optional<PageInsight> verdict =
+            insight(metric, snapshot_, format_, surroundings_);
+        if (!verdict) return;
+        const int width = textWidth(verdict->headline) + 1 + textWidth(verdict->detail);
+        if (verdict->detail.empty() || width > columns_) {
+            addSentence(verdict->headline);
+            if (!verdict->detail.empty()) addSentence(verdict->detail);
+            return;
+        }
+        addSentence(verdict->headline + " " + verdict->detail);
+    }
+    void addSentence(std::string_view text) {
+        lines_.push_back(fitted(text, std::min(textWidth(text), columns_)));
+    }
+
+    // Sound         47%           MacBook Speakers
+    void addSound() {
+        if (!snapshot_.sound) return;
+        left_ = columns_;
+        std::string line = pen_.bold(taking(title(Section::sound), labelColumns));
+        line += pen_.bold(taking(sidebarValue(Section::sound, whole_, {}, format_), labelColumns));
+        if (const std::optional<AudioOutput>& output = snapshot_.sound->output)
+            line += pen_.dim(taking(output->name, textWidth(output->name)));
+        lines_.push_back(std::move(line));
+        lines_.emplace_back();
     }
 
     void addGraph(Metric metric) {
@@ -165,28 +161,32 @@ class Page {
         addRow(legend);
     }
 
-    // The apps that use the most, one a line: name, CPU, memory, and what there is to say of them.
-    void addApps() {
-        std::vector<AppUsage> apps = usingTheMost(snapshot_);
-        if (apps.empty()) return;
-        apps.resize(std::min(apps.size(), mostApps));
-        left_ = columns_;
-        std::string head = pen_.bold(taking("Using the most", nameColumns));
-        head += pen_.dim(takingRight("CPU", cpuColumns)) +
-                pen_.dim(takingRight("Memory", memoryColumns));
-        lines_.push_back(std::move(head));
-        for (const AppUsage& app : apps) {
-            left_ = columns_;
-            std::string line = taking(app.name, nameColumns);
-            line += takingRight(percent(app.cpu) + "%", cpuColumns);
-            line += takingRight(format_.bytes(app.memory), memoryColumns);
-            if (app.note) line += taking("", 2) + pen_.dim(taking(*app.note, textWidth(*app.note)));
-            lines_.push_back(std::move(line));
-        }
+    void addTable(std::vector<std::string> table) {
+        if (table.empty()) return;
+        std::move(table.begin(), table.end(), std::back_inserter(lines_));
+        lines_.emplace_back();
     }
 
+    static std::vector<AppUsage> mostOf(std::vector<AppUsage> apps) {
+        apps.resize(std::min(apps.size(), mostApps));
+        return apps;
+    }
+
+    // Those of the card and of the page. What isn't known is left out here: a line of text has no
+    // place to keep.
     void addStats(Metric metric) {
-        addRow(overviewStats(metric, snapshot_, format_, surroundings_));
+        std::vector<Stat> all = overviewStats(metric, snapshot_, format_, surroundings_);
+        const std::size_t onCard = all.size();
+        for (Stat& stat : stats(metric, snapshot_, format_, surroundings_)) {
+            // The card calls the temperature "Temp".
+            const auto isTheSame = [&](const Stat& told) {
+                return stat.label.starts_with(told.label);
+            };
+            const auto cardEnd = all.begin() + static_cast<std::ptrdiff_t>(onCard);
+            if (std::none_of(all.begin(), cardEnd, isTheSame)) all.push_back(std::move(stat));
+        }
+        std::erase_if(all, [](const Stat& stat) { return stat.value.starts_with(placeholder); });
+        addRow(all);
     }
 
     // Labels and values side by side, on as many lines as they need.
@@ -210,11 +210,12 @@ class Page {
         if (used > 0) lines_.push_back(std::move(line));
     }
 
+    const std::optional<LiveSnapshot>& whole_;
     const LiveSnapshot& snapshot_;
     GraphHistory history_;
     const Format& format_;
     const Surroundings& surroundings_;
-    Pen pen_;
+    TextPen pen_;
     int columns_;
     int left_ = 0; // of the line under way
     std::vector<std::string> lines_;
@@ -226,7 +227,7 @@ std::vector<std::string> textPage(const std::optional<LiveSnapshot>& snapshot, c
                                   const Format& format, const Surroundings& surroundings,
                                   const TextStyle& style) {
     if (!snapshot) return {"Reading your Mac…"};
-    return Page(*snapshot, graphs, format, surroundings, style).lines();
+    return Page(snapshot, graphs, format, surroundings, style).lines();
 }
 
 } // namespace tavero

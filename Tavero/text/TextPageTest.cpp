@@ -1,10 +1,12 @@
 #include "text/TextPage.h"
 
+#include "presentation/test/RandomSnapshot.h"
 #include "text/TextDrawing.h"
 
 #include <gtest/gtest.h>
 
 #include <clocale>
+#include <random>
 #include <string>
 
 namespace tavero {
@@ -87,6 +89,83 @@ TEST_F(TextPageTest, TheAppsThatUseTheMostAreListedWithTheirNotes) {
                         "Mail                               12%      512 MB\n"),
               std::string::npos)
         << text;
+}
+
+TEST_F(TextPageTest, EachMetricOpensWithItsVerdict) {
+    const std::string text = page(snapshot);
+    EXPECT_NE(text.find("Load 0.4 of 2\nYour Mac is mostly idle. 85% of the CPU is free.\n"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("Normal\nPlenty of room. 9.0 GB is available for apps.\n"),
+              std::string::npos)
+        << text;
+    const std::string narrow = page(snapshot, {.columns = 40});
+    EXPECT_NE(narrow.find("\nYour Mac is mostly idle.\n85% of the CPU is free.\n"),
+              std::string::npos)
+        << narrow;
+}
+
+TEST_F(TextPageTest, FiguresOfTheCardAndOfThePageAreToldOnceIfTheyAreKnown) {
+    snapshot.fanRPM = {2350};
+    snapshot.processCount = 512;
+    std::string text = page(snapshot);
+    EXPECT_NE(text.find("User 10%  System 5%  Load avg 0.42  Fans 2,350 rpm  Processes 512\n"),
+              std::string::npos)
+        << text;
+    EXPECT_EQ(text.find("Uptime"), std::string::npos) << text;
+    snapshot.cpuTemperature = 64;
+    text = page(snapshot);
+    EXPECT_NE(text.find("Load avg 0.42  Temp 64°C  Fans"), std::string::npos) << text;
+    snapshot.networkInTotal = 5'000'000'000;
+    snapshot.connection = ConnectionKind::wired;
+    text = page(snapshot, {.columns = 100});
+    EXPECT_NE(text.find("Download 0 KB/s  Upload 0 KB/s  Downloaded 5.0 GB  Uploaded 0.0 GB  "
+                        "Connection Wired\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST_F(TextPageTest, APowerPageIsToldLikeTheOthers) {
+    snapshot.battery = BatterySnapshot{.percent = 76, .minutesToEmpty = 312, .watts = -8.4};
+    const std::string text = page(snapshot);
+    EXPECT_NE(text.find("Power         76 %          On battery  5 h 12 m left\n"
+                        "Apps are using little power. Nothing is drawing much right now.\n"
+                        "Time left 5 h 12 m  Power draw 8.4 W  Charger Not connected\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST_F(TextPageTest, SoundIsALine) {
+    snapshot.sound = SoundSnapshot{.output = AudioOutput{.name = "Speakers"}, .volume = 0.47};
+    EXPECT_NE(page(snapshot).find("Sound         47%           Speakers\n"), std::string::npos);
+    snapshot.sound->isMuted = true;
+    EXPECT_NE(page(snapshot).find("Sound         Muted         Speakers\n"), std::string::npos);
+}
+
+TEST_F(TextPageTest, TheAppsOfTheNetworkAreListed) {
+    EXPECT_EQ(page(snapshot).find("Using the network"), std::string::npos);
+    snapshot.networkApps = {
+        {.name = "Browser", .networkInRate = 2e6, .networkInTotal = 5ull << 30}};
+    const std::string text = page(snapshot);
+    EXPECT_NE(text.find("Using the network                   Download        Upload       Total\n"
+                        "Browser                             1.9 MB/s        0 KB/s      5.0 GB\n"),
+              std::string::npos)
+        << text;
+}
+
+TEST_F(TextPageTest, AnySnapshotGivesLinesThatFit) {
+    std::mt19937_64 random(4);
+    for (int round = 0; round < 300; ++round) {
+        const LiveSnapshot any = randomSnapshot(random);
+        graphs.feed(any);
+        const int columns = 24 + round % 100;
+        for (const std::string& line : textPage(any, graphs, {}, {}, {.columns = columns})) {
+            EXPECT_LE(textWidth(line), columns) << line;
+            EXPECT_EQ(line.find("nan"), std::string::npos) << line;
+            EXPECT_EQ(line.find("inf"), std::string::npos) << line;
+        }
+        if (HasFailure()) FAIL() << "in round " << round;
+    }
 }
 
 TEST_F(TextPageTest, NoLineIsWiderThanTheTerminal) {
