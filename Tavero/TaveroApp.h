@@ -1,36 +1,72 @@
 #pragma once
 
+#include "alerts/AlertCenter.h"
+#include "bluetooth/Bluetooth.h"
 #include "components/Theme.h"
 #include "desktop/AppIcons.h"
 #include "desktop/Appearance.h"
+#include "desktop/StatusItems.h"
+#include "dropdown/Dropdown.h"
+#include "insights/History.h"
+#include "menubar/MenuBar.h"
 #include "monitor/Monitor.h"
-#include "monitor/MonitorServices.h"
 #include "platform/Machine.h"
 #include "settings/Settings.h"
 #include "time/Clock.h"
 #include "window/MainWindow.h"
 
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <string>
 
 namespace tavero {
 
-// The application: one monitor over one machine, and the surfaces that show it.
+// What the application runs on.
+struct AppWorld {
+    Machine machine;
+    // Asks an app politely to quit, see MonitorServices.
+    std::function<std::optional<std::function<bool()>>(const std::string&)> askToQuit;
+    std::unique_ptr<Notifications> notifications; // null: none
+    std::unique_ptr<CrashReports> crashes;        // null: nobody tells of crashes
+    std::unique_ptr<BluetoothControl> bluetooth;  // null: none
+    std::optional<std::filesystem::path>
+        historyFile; // absent: history lasts as long as the program
+};
+
+// The application: one monitor over one machine, what listens to it, and the surfaces that show it.
 class TaveroApp {
   public:
     // The clock must outlive the application.
-    TaveroApp(Machine machine, Clock& clock, MonitorServices services);
+    TaveroApp(AppWorld world, Clock& clock);
 
-    // Opens what the user wants to see at launch and begins to sample.
+    // Puts the items into the menu bar, opens what the user wants to see at launch and begins to
+    // sample.
     void launch();
     void openMainWindow() { mainWindow_.open(); }
 
   private:
+    AlertServices alertServices(AppWorld& world);
+    MonitorServices monitorServices(AppWorld& world);
+    Surroundings surroundings() const;
+    void showBatteries();
+    void open(Section section);
+
     Settings settings_;
     std::unique_ptr<Appearance> appearance_;
     Theme theme_;
+    std::string systemName_;
+    std::unique_ptr<SystemSource> system_; // may be null
+    History history_;
+    AlertCenter alerts_;
+    Bluetooth bluetooth_;
     Monitor monitor_;
     std::unique_ptr<AppIcons> icons_;
     MainWindow mainWindow_;
+    Dropdown dropdown_;
+    std::unique_ptr<StatusItems> statusItems_;
+    MenuBar menuBar_;
 };
 
 // What both programs with a display, the real one and the demo, have in common: they wait in the

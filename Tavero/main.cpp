@@ -1,8 +1,10 @@
 #include "TaveroApp.h"
 
 #include "apps/ProcessesOf.h"
+#include "desktop/DisplayPlatform.h"
 #include "desktop/Instance.h"
 #include "desktop/RunningApps.h"
+#include "history/HistoryStore.h"
 
 #include <QGuiApplication>
 
@@ -22,6 +24,7 @@ std::vector<std::int32_t> processesOfApp(const std::string& bundlePath) {
 // tavero: the application on this machine.
 int main(int argc, char** argv) {
     using namespace tavero;
+    chooseDisplayPlatform();
     QGuiApplication application(argc, argv);
     prepareApplication();
     const std::unique_ptr<Instance> instance = claimInstance();
@@ -29,9 +32,15 @@ int main(int argc, char** argv) {
 
     const std::unique_ptr<Clock> clock = hostClock();
     const std::unique_ptr<RunningApps> runningApps = hostRunningApps(processesOfApp);
-    TaveroApp app(Machine::host(), *clock, {.askToQuit = [&](const std::string& bundlePath) {
-                      return runningApps->askToQuit(bundlePath);
-                  }});
+    TaveroApp app(
+        {.machine = Machine::host(),
+         .askToQuit =
+             [&](const std::string& bundlePath) { return runningApps->askToQuit(bundlePath); },
+         .notifications = hostNotifications(),
+         .crashes = hostCrashReports(clock->now()),
+         .bluetooth = hostBluetooth(),
+         .historyFile = HistoryStore::defaultURL()},
+        *clock);
     QObject::connect(instance.get(), &Instance::activated, [&] { app.openMainWindow(); });
     app.launch();
     return QGuiApplication::exec();

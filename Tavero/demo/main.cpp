@@ -1,6 +1,9 @@
 #include "TaveroApp.h"
 
+#include "desktop/DisplayPlatform.h"
+#include "desktop/mac/MacBluetooth.h"
 #include "platform/sim/SimMachine.h"
+#include "time/ThreadWorker.h"
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
@@ -28,6 +31,7 @@ std::optional<std::function<bool()>> asked(SimMachine& machine, const std::strin
 
 int main(int argc, char** argv) {
     using namespace tavero;
+    chooseDisplayPlatform();
     QGuiApplication application(argc, argv);
     prepareApplication();
     QGuiApplication::setApplicationName("tavero-demo"); // with settings of its own
@@ -51,9 +55,14 @@ int main(int argc, char** argv) {
 
     const std::unique_ptr<Clock> clock = hostClock();
     SimMachine machine(std::move(*scenario), [&] { return clock->now(); });
-    TaveroApp app(machine.machine(), *clock, {.askToQuit = [&](const std::string& bundlePath) {
-                      return asked(machine, bundlePath);
-                  }});
+    TaveroApp app(
+        {.machine = machine.machine(),
+         .askToQuit = [&](const std::string& bundlePath) { return asked(machine, bundlePath); },
+         .notifications = hostNotifications(),
+         .bluetooth =
+             std::make_unique<MacBluetooth>(machine.bluetoothReport(), machine.bluetoothCalls(),
+                                            std::make_unique<ThreadWorker>())},
+        *clock);
     app.launch();
     return QGuiApplication::exec();
 }
