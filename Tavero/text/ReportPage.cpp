@@ -45,12 +45,18 @@ class Page {
         addFindings();
         addApps();
         addRhythm();
-        add(pen_.dim(cut(content_.footer)));
+        addDim(content_.footer);
         return std::move(lines_);
     }
 
   private:
     void add(std::string line) { lines_.push_back(std::move(line)); }
+    void addText(std::string_view text) {
+        for (std::string& line : wrapped(text, columns_)) add(std::move(line));
+    }
+    void addDim(std::string_view text) {
+        for (const std::string& line : wrapped(text, columns_)) add(pen_.dim(line));
+    }
     void addHeading(std::string_view text) {
         add("");
         add(pen_.bold(cut(text)));
@@ -74,7 +80,7 @@ class Page {
     void addWarmingUp() {
         if (!content_.warmingUpDay) return;
         addHeading(InsightsTexts::warmingUpTitle);
-        add(cut(InsightsTexts::warmingUpText));
+        addText(InsightsTexts::warmingUpText);
         const std::string label = InsightsTexts::warmingUpLabel(*content_.warmingUpDay);
         const int barColumns = std::max(columns_ - textWidth(label) - 2, 1);
         add(textBar(static_cast<double>(*content_.warmingUpDay) / 7, std::min(barColumns, 42)) +
@@ -95,10 +101,10 @@ class Page {
 
     void addFindings() {
         addHeading(InsightsTexts::findings);
-        if (content_.findings.empty()) add(cut(InsightsTexts::noFindings));
+        if (content_.findings.empty()) addText(InsightsTexts::noFindings);
         for (const Finding& finding : content_.findings) {
-            add(cut(finding.title));
-            add(pen_.dim(cut("  " + finding.detail)));
+            addText(finding.title);
+            addDim(finding.detail);
         }
     }
 
@@ -130,8 +136,9 @@ class Page {
         addHeading(InsightsTexts::rhythm);
         add(cut(rhythm.subtitle));
         add(cut(barLine(rhythm.bars)));
-        std::string axis;
-        for (const std::string_view hour : InsightsTexts::hours) axis += fitted(hour, 6);
+        std::string axis; // a mark every six bars
+        for (const std::string_view hour : InsightsTexts::hours)
+            axis += (axis.empty() ? "" : "    ") + std::string(hour);
         add(pen_.dim(cut(axis)));
         addFact(InsightsTexts::awake, rhythm.awake);
         addFact(InsightsTexts::busiestDay, rhythm.busiestDay);

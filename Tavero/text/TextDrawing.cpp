@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cwchar>
 #include <optional>
+#include <utility>
 
 namespace tavero {
 
@@ -105,6 +106,24 @@ std::string fitted(std::string_view text, int width) {
 std::string fittedRight(std::string_view text, int width) {
     std::string result = cut(text, width);
     return repeated(" ", width - textWidth(result)) + result;
+}
+
+std::vector<std::string> wrapped(std::string_view text, int width) {
+    std::vector<std::string> lines;
+    std::string line;
+    const auto endLine = [&] {
+        if (!line.empty()) lines.push_back(std::exchange(line, {}));
+    };
+    while (!text.empty()) {
+        const std::string_view word = text.substr(0, text.find(' '));
+        text.remove_prefix(std::min(word.size() + 1, text.size()));
+        if (word.empty()) continue;
+        const int wordWidth = std::min(textWidth(word), width);
+        if (!line.empty() && textWidth(line) + 1 + wordWidth > width) endLine();
+        line += (line.empty() ? "" : " ") + fitted(word, wordWidth);
+    }
+    endLine();
+    return lines;
 }
 
 std::string textBar(double fraction, int width) {

@@ -19,6 +19,9 @@ int textWidth(std::string_view text);
 std::string fitted(std::string_view text, int width);
 std::string fittedRight(std::string_view text, int width);
 
+// Broken at blanks into lines of at most this width; a word that is longer is cut.
+std::vector<std::string> wrapped(std::string_view text, int width);
+
 // A bar, filled from the left to this fraction in steps of an eighth of a column.
 std::string textBar(double fraction, int width);
 

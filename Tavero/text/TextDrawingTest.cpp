@@ -81,5 +81,14 @@ TEST_F(TextDrawing, ASparklineTakesAnyValue) {
     EXPECT_EQ(textSparkline(points, 3, 3), "▁█▁");
 }
 
+TEST_F(TextDrawing, ALongTextIsBrokenAtItsBlanks) {
+    using Lines = std::vector<std::string>;
+    EXPECT_EQ(wrapped("a plain text of some words", 12),
+              (Lines{"a plain text", "of some", "words"}));
+    EXPECT_EQ(wrapped("  blanks   vanish ", 80), Lines{"blanks vanish"});
+    EXPECT_EQ(wrapped("a verylongword b", 6), (Lines{"a", "veryl…", "b"}));
+    EXPECT_EQ(wrapped("", 6), Lines{});
+}
+
 } // namespace
 } // namespace tavero
