@@ -54,6 +54,8 @@ class LivingMac {
     }
     // Lets time pass with all surfaces closed.
     void live(std::chrono::nanoseconds duration) { time_.advance(duration); }
+    // Lets it sleep: the clock goes on, and nothing else does.
+    void sleep(std::chrono::nanoseconds duration) { time_.setWallClock(time_.now() + duration); }
     // The user answers a notification.
     void act(NotificationAction action, const Notification& about) {
         notifications_->act(action, about);
