@@ -11,7 +11,9 @@ namespace tavero {
 namespace {
 
 // A minute of the fastest sampling.
-constexpr std::size_t mostPendingWrites = 60;
+constexpr std::size_t mostPendingSamples = 60;
+// Looks without apps are as small as they are frequent, and need not wake the worker each time.
+constexpr std::size_t mostWaiting = 12;
 
 } // namespace
 
@@ -39,32 +41,43 @@ History::History(std::optional<std::filesystem::path> file, std::unique_ptr<Work
 History::~History() = default;
 
 bool History::takesMore() const {
-    return settings_.get(keys::keepHistory) && pendingWrites_ < mostPendingWrites;
+    return settings_.get(keys::keepHistory) && pendingSamples_ < mostPendingSamples;
 }
 
 template <typename Job>
-void History::write(Job job) {
-    if (!takesMore()) return;
-    ++pendingWrites_;
+void History::write(std::size_t samples, Job job) {
+    pendingSamples_ += samples;
     worker_->call(
         [place = place_, job = std::move(job)] {
             if (place->store) job(*place->store);
             return true;
         },
-        [this](bool) { --pendingWrites_; });
+        [this, samples](bool) { pendingSamples_ -= samples; });
 }
 
 void History::record(const LiveSnapshot& snapshot, std::optional<double> appSeconds) {
-    write([snapshot, appSeconds](HistoryStore& store) { store.record(snapshot, appSeconds); });
+    if (!takesMore()) return;
+    waiting_.push_back({snapshot, appSeconds});
+    if (!snapshot.apps.empty() || waiting_.size() >= mostWaiting) writeWaiting();
+}
+
+void History::writeWaiting() {
+    if (waiting_.empty()) return;
+    const std::size_t count = waiting_.size();
+    write(count, [samples = std::exchange(waiting_, {})](HistoryStore& store) {
+        for (const Sample& sample : samples) store.record(sample.snapshot, sample.appSeconds);
+    });
 }
 
 void History::recordBluetooth(const BluetoothSnapshot& snapshot) {
-    write([snapshot, at = clock_.now()](HistoryStore& store) {
+    if (!takesMore()) return;
+    write(1, [snapshot, at = clock_.now()](HistoryStore& store) {
         store.recordBluetooth(snapshot, at);
     });
 }
 
 void History::report(int days, std::function<void(std::optional<InsightsReport>)> done) {
+    writeWaiting();
     worker_->call(
         [place = place_, days, now = clock_.now()]() -> std::optional<InsightsReport> {
             if (!place->store) return std::nullopt;
@@ -74,6 +87,7 @@ void History::report(int days, std::function<void(std::optional<InsightsReport>)
 }
 
 void History::deleteAll() {
+    waiting_.clear();
     worker_->call(
         [place = place_] {
             if (place->store) place->store->deleteAll();

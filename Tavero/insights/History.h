@@ -13,6 +13,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace tavero {
 
@@ -29,8 +30,9 @@ class History {
             Settings& settings);
     ~History();
 
-    // Takes part in the history unless the user wants none. While the disk doesn't keep up for
-    // long, what comes is dropped: memory stays bounded.
+    // Takes part in the history unless the user wants none; up to a minute later, so that a machine
+    // at rest stays at rest. While the disk doesn't keep up for long, what comes is dropped: memory
+    // stays bounded.
     void record(const LiveSnapshot& snapshot, std::optional<double> appSeconds);
     void recordBluetooth(const BluetoothSnapshot& snapshot);
 
@@ -41,13 +43,20 @@ class History {
   private:
     struct Place; // what the worker holds
 
+    struct Sample {
+        LiveSnapshot snapshot;
+        std::optional<double> appSeconds;
+    };
+
     bool takesMore() const;
+    void writeWaiting();
     template <typename Job>
-    void write(Job job);
+    void write(std::size_t samples, Job job);
 
     Clock& clock_;
     Settings& settings_;
-    std::size_t pendingWrites_ = 0;
+    std::vector<Sample> waiting_;    // for the next write
+    std::size_t pendingSamples_ = 0; // on their way
     std::shared_ptr<Place> place_;
     std::unique_ptr<Worker> worker_; // ends first
 };
