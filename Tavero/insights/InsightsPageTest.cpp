@@ -145,6 +145,16 @@ TEST_F(InsightsPageTest, AUserWhoWantsNoHistoryHasNone) {
     EXPECT_EQ(page.report()->averageCPU, 0.25);
 }
 
+TEST_F(InsightsPageTest, LooksWithoutAppsDoNotWakeTheWorkerOneByOne) {
+    time_.advance(1s); // it is open
+    for (int look = 0; look < 11; ++look) history_->record({.date = time_.now()}, std::nullopt);
+    EXPECT_EQ(time_.pending(), 0u);
+    history_->record({.date = time_.now()}, std::nullopt);
+    EXPECT_EQ(time_.pending(), 1u);
+    history_->record({.date = time_.now(), .apps = {AppUsage{}}}, 60);
+    EXPECT_EQ(time_.pending(), 2u);
+}
+
 TEST_F(InsightsPageTest, WhatADiskCannotKeepUpWithIsDropped) {
     const auto slow =
         std::make_unique<History>(file("slow.sqlite"), time_.worker(1h), time_, settings_);
