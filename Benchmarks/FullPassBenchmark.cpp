@@ -1,3 +1,4 @@
+#include "CpuTime.h"
 #include "MonitorEngine.h"
 #include "Readers.h"
 #include "apps/ProcessSampler.h"
@@ -25,12 +26,6 @@
 
 namespace tavero {
 namespace {
-
-double cpuSeconds() {
-    timespec time = {};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 // Processes beside those of the machine, a tenth of which wake up once a second.
 class Population {

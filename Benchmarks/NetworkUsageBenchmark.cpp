@@ -1,3 +1,4 @@
+#include "CpuTime.h"
 #include "platform/linux/network/LinuxNetworkUsage.h"
 #include "platform/linux/network/SockDiagSockets.h"
 
@@ -9,7 +10,6 @@
 #include <sys/prctl.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
-#include <time.h>
 #include <unistd.h>
 
 #include <array>
@@ -19,12 +19,6 @@
 
 namespace tavero {
 namespace {
-
-double cpuSeconds() {
-    timespec time = {};
-    ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
-    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
-}
 
 // Processes that hold connections over the loopback, both ends of each, and others beside them. All
 // connections move some bytes every second.

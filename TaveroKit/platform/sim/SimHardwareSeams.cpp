@@ -12,15 +12,8 @@ namespace {
 
 using Record = MacController::Record;
 
-// The record's fields that the controller minds, and its words.
-constexpr std::size_t keyAt = 0;
-constexpr std::size_t sizeAt = 28;
-constexpr std::size_t typeAt = 32;
-constexpr std::size_t resultAt = 40;
-constexpr std::size_t commandAt = 42;
-constexpr std::size_t bytesAt = 48;
-constexpr std::byte readBytes{5};
-constexpr std::byte readKeyInfo{9};
+using namespace ControllerRecord;
+
 constexpr std::byte keyNotFound{0x84};
 constexpr std::byte badCommand{0x82};
 

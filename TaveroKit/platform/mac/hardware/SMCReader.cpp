@@ -12,19 +12,11 @@ namespace {
 
 using Record = MacController::Record;
 
-// Where the fields of a record stand. Its numbers are little-endian; all that is not named here is
-// sent as 0 and not read.
-constexpr std::size_t keyAt = 0;
-constexpr std::size_t sizeAt = 28;
-constexpr std::size_t typeAt = 32;
-constexpr std::size_t resultAt = 40;
-constexpr std::size_t commandAt = 42;
-constexpr std::size_t bytesAt = 48;
+using namespace ControllerRecord;
+
 constexpr std::uint32_t mostBytes = MacController::recordSize - bytesAt;
 
 constexpr std::byte success{0};
-constexpr std::byte readKeyInfo{9};
-constexpr std::byte readBytes{5};
 
 constexpr int mostFans = 10; // more would not go into the four characters of a key
 
