@@ -14,15 +14,14 @@
 #include "platform/linux/network/LinuxNetworkUsage.h"
 #include "platform/linux/network/LinuxWiFi.h"
 #include "platform/linux/network/SockDiagSockets.h"
+#include "platform/linux/processes/HostDesktop.h"
 #include "platform/linux/processes/LinuxBundles.h"
 #include "platform/linux/processes/LinuxProcesses.h"
 #include "platform/linux/processes/ProcessFiles.h"
 
 #include <chrono>
-#include <cstdlib>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -35,8 +34,7 @@ constexpr std::chrono::milliseconds hostPatience{250};
 constexpr std::chrono::minutes recordedPatience{10}; // a file answers
 
 Machine linuxMachine(const std::filesystem::path& root, ProcessClocks clocks,
-                     std::vector<std::string> applications, std::chrono::milliseconds patience) {
-    const auto desktop = std::make_shared<DesktopFolders>(std::move(applications));
+                     std::shared_ptr<DesktopFolders> desktop, std::chrono::milliseconds patience) {
     Machine machine;
     machine.systemName = "Linux";
     machine.cpu = std::make_unique<LinuxCpu>(root);
@@ -68,16 +66,13 @@ std::unique_ptr<NetworkUsageSource> bytesPerProcess(std::shared_ptr<ProcessFiles
                                                SocketOwners("/", std::move(files)));
 }
 
-std::string_view variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
 } // namespace
 
 Machine linuxMachine(const std::filesystem::path& root) {
     Machine machine = linuxMachine(root, ProcessClocks::recorded(),
-                                   {(root / "usr/share/applications").string()}, recordedPatience);
+                                   std::make_shared<DesktopFolders>(std::vector<std::string>{
+                                       (root / "usr/share/applications").string()}),
+                                   recordedPatience);
     machine.gpu = graphics(root, std::make_shared<ProcessFiles>(root), "", recordedPatience);
     return machine;
 }
@@ -85,8 +80,7 @@ Machine linuxMachine(const std::filesystem::path& root) {
 Machine Machine::host() {
     Machine machine = linuxMachine(
         "/", ProcessClocks::host(),
-        applicationFolders(variable("HOME"), variable("XDG_DATA_HOME"), variable("XDG_DATA_DIRS")),
-        hostPatience);
+        std::make_shared<DesktopFolders>(hostApplicationFolders(), hostLocale()), hostPatience);
     const auto files = std::make_shared<ProcessFiles>("/");
     machine.gpu = graphics("/", files, "libnvidia-ml.so.1", hostPatience);
     // The kernel's own answers, which no recorded machine has.

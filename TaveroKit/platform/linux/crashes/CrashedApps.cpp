@@ -21,14 +21,14 @@ AppIdentity identityOf(const Crash& crash, const DesktopApps& apps) {
 
 } // namespace
 
-CrashedApps::CrashedApps(std::vector<std::string> applicationFolders)
-    : folders_(std::move(applicationFolders)) {}
+CrashedApps::CrashedApps(std::vector<std::string> applicationFolders, std::string locale)
+    : folders_(std::move(applicationFolders)), locale_(std::move(locale)) {}
 
 std::optional<CrashReport> CrashedApps::report(const Crash& crash) {
     if (desktop_)
         desktop_->refresh();
     else
-        desktop_ = std::make_shared<DesktopFolders>(folders_);
+        desktop_ = std::make_shared<DesktopFolders>(folders_, locale_);
 
     AppIdentity identity = identityOf(crash, desktop_->apps());
     if (identity.kind == AppIdentity::Kind::system) return std::nullopt;

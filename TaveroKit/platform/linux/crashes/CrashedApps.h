@@ -21,7 +21,8 @@ struct Crash {
 // it ran. The desktop entries are read at the first crash, since as a rule there is none.
 class CrashedApps {
   public:
-    explicit CrashedApps(std::vector<std::string> applicationFolders);
+    // Apps are called as in this locale.
+    explicit CrashedApps(std::vector<std::string> applicationFolders, std::string locale = "");
 
     // The app, or the tool; the bundle id is that of a desktop entry. Absent if it was a part of
     // the operating system, which means nothing to the user.
@@ -29,6 +30,7 @@ class CrashedApps {
 
   private:
     std::vector<std::string> folders_;
+    std::string locale_;
     std::shared_ptr<DesktopFolders> desktop_; // null until then
 };
 

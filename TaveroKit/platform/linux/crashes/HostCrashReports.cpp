@@ -1,7 +1,6 @@
 #include "platform/linux/crashes/CoredumpFolder.h"
 #include "platform/linux/crashes/JournalCrashes.h"
-
-#include <cstdlib>
+#include "platform/linux/processes/HostDesktop.h"
 
 #include <unistd.h>
 
@@ -9,15 +8,7 @@ namespace tavero {
 
 namespace {
 
-std::string_view variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
-
-CrashedApps installedApps() {
-    return CrashedApps(
-        applicationFolders(variable("HOME"), variable("XDG_DATA_HOME"), variable("XDG_DATA_DIRS")));
-}
+CrashedApps installedApps() { return CrashedApps(hostApplicationFolders(), hostLocale()); }
 
 } // namespace
 

@@ -102,6 +102,17 @@ bool contains(std::string_view list, std::string_view item) {
     return false;
 }
 
+// The places of "Name[LOCALE]" among the locales and of "Name" behind them. Absent for another key.
+std::optional<std::size_t> nameRank(std::string_view key, std::span<const std::string> locales) {
+    constexpr std::string_view start = "Name[";
+    if (key == "Name") return locales.size();
+    if (!key.starts_with(start) || !key.ends_with(']')) return std::nullopt;
+    const std::string_view locale = key.substr(start.size(), key.size() - start.size() - 1);
+    const auto place = std::find(locales.begin(), locales.end(), locale);
+    if (place == locales.end()) return std::nullopt;
+    return static_cast<std::size_t>(place - locales.begin());
+}
+
 } // namespace
 
 std::string_view fileName(std::string_view path) { return path.substr(path.rfind('/') + 1); }
@@ -120,8 +131,34 @@ bool isInterpreter(std::string_view name) {
     return false;
 }
 
-std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
+std::vector<std::string> localeCandidates(std::string_view locale) {
+    const std::size_t at = std::min(locale.find('@'), locale.size());
+    const std::string_view modifier = locale.substr(at); // with its sign, as is the country below
+    locale = locale.substr(0, at);
+    locale = locale.substr(0, locale.find('.'));
+    const std::size_t underscore = std::min(locale.find('_'), locale.size());
+    const std::string_view country = locale.substr(underscore);
+    const std::string language(locale.substr(0, underscore));
+    std::vector<std::string> candidates;
+    if (language.empty() || language == "C" || language == "POSIX") return candidates;
+    const auto add = [&](std::string_view countryPart, std::string_view modifierPart) {
+        std::string candidate = language;
+        candidate += countryPart;
+        candidate += modifierPart;
+        if (std::find(candidates.begin(), candidates.end(), candidate) == candidates.end())
+            candidates.push_back(std::move(candidate));
+    };
+    add(country, modifier);
+    add(country, "");
+    add("", modifier);
+    add("", "");
+    return candidates;
+}
+
+std::optional<DesktopEntry> parseDesktopEntry(std::string_view text,
+                                              std::span<const std::string> locales) {
     DesktopEntry entry;
+    std::size_t bestName = locales.size();
     std::string command, tryCommand;
     bool inEntry = false, isApplication = false;
     while (!text.empty()) {
@@ -141,7 +178,10 @@ std::optional<DesktopEntry> parseDesktopEntry(std::string_view text) {
         if (key == "Hidden" && isTrue(value)) return std::nullopt;
         if (key == "NoDisplay") entry.isShown = !isTrue(value);
         if (key == "Terminal") entry.inTerminal = isTrue(value);
-        if (key == "Name") entry.name = unescaped(value);
+        if (const auto rank = nameRank(key, locales); rank && *rank <= bestName && !value.empty()) {
+            bestName = *rank;
+            entry.name = unescaped(value);
+        }
         if (key == "Icon") entry.icon = unescaped(value);
         if (key == "Exec") command = unescaped(value);
         if (key == "TryExec") tryCommand = unescaped(value);

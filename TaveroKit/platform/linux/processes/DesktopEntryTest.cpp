@@ -32,6 +32,36 @@ TEST(DesktopEntry, TellsWhatAnAppIsCalledAndStarts) {
                                      .arguments = 1}));
 }
 
+TEST(DesktopEntry, TheNameIsInTheLikeliestLanguageThatTheFileHas) {
+    const std::string names = "Name[sr]=c\nName[sr_RS]=b\nName=d\nName[sr@latin]=a\nName[de]=e\n";
+    const auto name = [&](const std::string& locale, const std::string& lines) {
+        return parseDesktopEntry("[Desktop Entry]\nType=Application\n" + lines,
+                                 localeCandidates(locale))
+            ->name;
+    };
+    EXPECT_EQ(name("", names), "d");
+    EXPECT_EQ(name("C.UTF-8", names), "d");
+    EXPECT_EQ(name("fr_FR.UTF-8", names), "d");
+    EXPECT_EQ(name("sr_RS.UTF-8", names), "b");
+    EXPECT_EQ(name("sr_RS@latin", names), "b");
+    EXPECT_EQ(name("sr_ME@latin", names), "a");
+    EXPECT_EQ(name("sr", names), "c");
+    EXPECT_EQ(name("de_CH.UTF-8@euro", names), "e");
+    EXPECT_EQ(name("de", "Name=d\nName[de]=\nName[=x\nName]=x\nName[de=x\n"), "d");
+    EXPECT_EQ(name("de", "Name[de]=e\n"), "e");
+}
+
+TEST(DesktopEntry, ALocaleIsTriedFromItsWholeToItsLanguage) {
+    const auto candidates = [](std::string_view locale) { return localeCandidates(locale); };
+    using List = std::vector<std::string>;
+    EXPECT_EQ(candidates("a_B.UTF-8@m"), (List{"a_B@m", "a_B", "a@m", "a"}));
+    EXPECT_EQ(candidates("a_B.UTF-8"), (List{"a_B", "a"}));
+    EXPECT_EQ(candidates("a@m"), (List{"a@m", "a"}));
+    EXPECT_EQ(candidates("a"), (List{"a"}));
+    for (const char* none : {"", "C", "C.UTF-8", "POSIX", "_B", ".UTF-8", "@m", "@.", "@_."})
+        EXPECT_EQ(candidates(none), List{}) << none;
+}
+
 TEST(DesktopEntry, OnlyAppsThatWereNotDeletedCount) {
     EXPECT_FALSE(parseDesktopEntry(""));
     EXPECT_FALSE(parseDesktopEntry("[Desktop Entry]\nName=x\n"));

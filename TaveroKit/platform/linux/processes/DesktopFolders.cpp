@@ -65,9 +65,16 @@ std::vector<std::string> applicationFolders(std::string_view home, std::string_v
     return folders;
 }
 
-DesktopFolders::DesktopFolders(std::vector<std::string> folders,
+std::string_view localeOfMessages(std::string_view all, std::string_view messages,
+                                  std::string_view lang) {
+    if (!all.empty()) return all;
+    return messages.empty() ? lang : messages;
+}
+
+DesktopFolders::DesktopFolders(std::vector<std::string> folders, std::string_view locale,
                                std::vector<std::string> programFolders)
-    : folders_(std::move(folders)), programFolders_(std::move(programFolders)) {
+    : folders_(std::move(folders)), locales_(localeCandidates(locale)),
+      programFolders_(std::move(programFolders)) {
     read();
 }
 
@@ -107,7 +114,7 @@ void DesktopFolders::readFolder(const std::string& path, const std::string& idPr
         if (!name.ends_with(suffix) || entries.size() >= mostEntries ||
             !file.is_regular_file(error) || file.file_size(error) > largestEntry)
             continue;
-        auto entry = parseDesktopEntry(readFile(file.path()).value_or(""));
+        auto entry = parseDesktopEntry(readFile(file.path()).value_or(""), locales_);
         if (!entry) continue;
         entry->id = idPrefix + name.substr(0, name.size() - suffix.size());
         entry->file = file.path().string();

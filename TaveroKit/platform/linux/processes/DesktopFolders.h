@@ -18,12 +18,17 @@ namespace tavero {
 std::vector<std::string> applicationFolders(std::string_view home, std::string_view dataHome,
                                             std::string_view dataDirs);
 
+// The locale that a program's words are in, by the variables that tell it: LC_ALL, LC_MESSAGES and
+// LANG. An empty argument is a variable that isn't set.
+std::string_view localeOfMessages(std::string_view all, std::string_view messages,
+                                  std::string_view lang);
+
 // The desktop entries of a machine, read again when a folder of theirs changes. For one thread.
 class DesktopFolders {
   public:
-    // `folders` hold entries, and the first with an id counts; `programFolders` are searched for
-    // programs that an entry names without a path.
-    explicit DesktopFolders(std::vector<std::string> folders,
+    // `folders` hold entries, and the first with an id counts; `locale` is that of the names;
+    // `programFolders` are searched for programs that an entry names without a path.
+    explicit DesktopFolders(std::vector<std::string> folders, std::string_view locale = "",
                             std::vector<std::string> programFolders = {
                                 "/usr/local/bin", "/usr/bin", "/bin", "/usr/local/games",
                                 "/usr/games", "/usr/sbin", "/snap/bin"});
@@ -49,6 +54,7 @@ class DesktopFolders {
     void resolve(DesktopEntry& entry) const;
 
     std::vector<std::string> folders_;
+    std::vector<std::string> locales_; // the likeliest first
     std::vector<std::string> programFolders_;
     std::vector<Watched> watched_;
     DesktopApps apps_;

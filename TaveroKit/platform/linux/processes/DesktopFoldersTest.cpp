@@ -21,7 +21,7 @@ class DesktopFoldersTest : public testing::Test {
   protected:
     std::string path(const std::string& name) const { return (tree.root() / name).string(); }
     DesktopFolders folders() const {
-        return DesktopFolders({path("own"), path("all"), path("none")}, {path("bin")});
+        return DesktopFolders({path("own"), path("all"), path("none")}, "", {path("bin")});
     }
     // Makes the folder's change visible whatever the resolution of the file system's times.
     void age(const std::string& name) const {
@@ -69,6 +69,14 @@ TEST_F(DesktopFoldersTest, NamesAndIconsAreThoseOfTheEntry) {
     EXPECT_FALSE(desktop->icon(path("none")));
 }
 
+TEST_F(DesktopFoldersTest, NamesAreInTheLanguageAskedFor) {
+    tree.write("all/org.x.Maps.desktop", text("Maps", "Name[de]=Karten\n"));
+    const DesktopFolders desktop({path("all")}, "de_DE.UTF-8");
+    EXPECT_EQ(desktop.apps().withId("org.x.Maps")->name, "Karten");
+    EXPECT_EQ(desktop.apps().withId("org.x.Mail")->name, "Mail");
+    EXPECT_EQ(folders().apps().withId("org.x.Maps")->name, "Maps");
+}
+
 TEST_F(DesktopFoldersTest, AChangedFolderIsReadAgain) {
     for (const char* folder : {"all", "all/kde", "own"}) age(folder);
     DesktopFolders desktop = folders();
@@ -110,6 +118,13 @@ TEST(ApplicationFolders, FollowTheVariablesOrElseTheConvention) {
     EXPECT_THAT(applicationFolders("", "", "x"),
                 ElementsAre("/var/lib/flatpak/exports/share/applications",
                             "/var/lib/snapd/desktop/applications"));
+}
+
+TEST(LocaleOfMessages, IsThatOfTheStrongestVariable) {
+    EXPECT_EQ(localeOfMessages("a", "b", "c"), "a");
+    EXPECT_EQ(localeOfMessages("", "b", "c"), "b");
+    EXPECT_EQ(localeOfMessages("", "", "c"), "c");
+    EXPECT_EQ(localeOfMessages("", "", ""), "");
 }
 
 } // namespace

@@ -15,5 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (tavero::parseCgroup(text).find('\n') != text.npos) std::abort();
     tavero::scriptOf(text);
     tavero::variable(text, "APPIMAGE");
+    if (tavero::parseInnermostPid(text).value_or(1) < 1) std::abort();
+    if (tavero::parseFlatpakId(text).find('\n') != text.npos) std::abort();
     return 0;
 }

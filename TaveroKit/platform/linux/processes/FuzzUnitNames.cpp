@@ -14,5 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         if (id.empty()) std::abort();
     tavero::snapUnit(name);
     tavero::containerName(name, "docker");
+    if (tavero::flatpakOfControlGroup(name).find('/') != name.npos && name.find('\\') == name.npos)
+        std::abort();
     return 0;
 }

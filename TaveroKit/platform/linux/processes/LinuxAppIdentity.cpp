@@ -75,14 +75,8 @@ class Rules {
 
     Answer flatpak() const {
         std::string id(process_.flatpak);
-        for (const std::string_view part : cgroup_) {
-            constexpr std::string_view prefix = "app-flatpak-";
-            if (id.empty() && part.starts_with(prefix) && part.ends_with(".scope"))
-                id = unescapeUnitName(part.substr(
-                    prefix.size(), std::max(part.rfind('-'), prefix.size()) - prefix.size()));
-        }
-        if (id.empty()) return std::nullopt;
-        return appOrTool(apps_.withId(id), id);
+        if (id.empty()) id = flatpakOfControlGroup(process_.cgroup);
+        return id.empty() ? std::nullopt : Answer(appOrTool(apps_.withId(id), id));
     }
 
     Answer snap() const {

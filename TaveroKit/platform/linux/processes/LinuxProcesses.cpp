@@ -1,7 +1,7 @@
 #include "platform/linux/processes/LinuxProcesses.h"
 
-#include "platform/linux/processes/LinuxAppIdentity.h"
 #include "platform/linux/processes/LinuxVocabulary.h"
+#include "platform/linux/processes/ProcessOwner.h"
 #include "records/SaturatingSum.h"
 
 #include <algorithm>
@@ -20,9 +20,6 @@ constexpr std::uint64_t second = 1'000'000'000;
 constexpr std::uint64_t longestUnlisted = 10 * second;
 // A process is started first and put into its unit then.
 constexpr std::uint64_t settlingTime = 5 * second;
-constexpr int mostGenerations = 32;
-constexpr std::size_t mostArguments = 16 << 10;
-constexpr std::size_t mostEnvironment = 256 << 10;
 
 // How old the memory of a quiet process may be: 6 to 13 s, so that they take turns.
 std::uint64_t quietTime(std::int32_t pid) {
@@ -56,22 +53,6 @@ std::string_view trimmed(const std::array<char, 16>& comm) {
     return {comm.begin(), std::find(comm.begin(), comm.end(), '\0')};
 }
 
-std::string inBrackets(std::string_view name) {
-    std::string result(1, '[');
-    result += name;
-    result += ']';
-    return result;
-}
-
-// The id in the file that a Flatpak sandbox has in its root.
-std::string_view flatpakId(std::string_view info) {
-    constexpr std::string_view key = "\nname=";
-    const std::size_t start = info.find(key);
-    if (!info.starts_with("[Application]") || start == info.npos) return {};
-    info.remove_prefix(start + key.size());
-    return info.substr(0, info.find('\n'));
-}
-
 } // namespace
 
 ProcessClocks ProcessClocks::host() {
@@ -96,8 +77,7 @@ void LinuxProcesses::Table::add(const ProcessCounters& process, Kept&& state) {
 LinuxProcesses::LinuxProcesses(const std::filesystem::path& root,
                                std::shared_ptr<DesktopFolders> desktop, ProcessClocks clocks)
     : proc_(root / "proc"), stat_(root / "proc/stat"), desktop_(std::move(desktop)),
-      clocks_(std::move(clocks)),
-      ownCgroup_(parseCgroup(readFile(root / "proc/self/cgroup").value_or(""))) {}
+      clocks_(std::move(clocks)), ownCgroup_(ownControlGroup(root)) {}
 
 std::span<const ProcessCounters> LinuxProcesses::processes(bool threads) {
     const std::uint64_t now = clocks_.now();
@@ -238,24 +218,9 @@ LinuxProcesses::Kept* LinuxProcesses::find(std::int32_t pid) {
 }
 
 std::optional<std::string> LinuxProcesses::path(std::int32_t pid) {
-    constexpr std::string_view deleted = " (deleted)";
     const Kept* kept = find(pid);
     if (!kept) return std::nullopt;
-    const std::string_view comm = trimmed(kept->comm);
-    if (kept->isKernelThread) return inBrackets(comm.substr(0, comm.find('/')));
-
-    std::optional<std::string> target = proc_.link(pid, "exe");
-    if (!target && !proc_.wasRefused()) return std::nullopt;
-    // A program that runs from memory has no path; what stands there changes from run to run.
-    if (target && !target->starts_with("/memfd:")) {
-        if (target->ends_with(deleted)) target->resize(target->size() - deleted.size());
-        return target;
-    }
-    const std::string arguments = text(pid, "cmdline", mostArguments);
-    const std::string_view program = argument(arguments, 0);
-    if (program.starts_with('/')) return std::string(program);
-    if (comm.empty()) return std::nullopt;
-    return std::string(comm);
+    return executablePath(proc_, pid, trimmed(kept->comm), kept->isKernelThread);
 }
 
 std::optional<AppIdentity> LinuxProcesses::owner(std::int32_t pid, const std::string& path) {
@@ -268,24 +233,9 @@ AppIdentity LinuxProcesses::ownerOf(std::int32_t pid, Kept& kept, const std::str
                                     int generation) {
     if (kept.owner) return *kept.owner;
     if (!std::exchange(isDesktopFresh_, true)) desktop_->refresh();
-    const auto holds = [&](std::string_view part) { return path.find(part) != path.npos; };
-
-    std::string cgroup;
-    if (!kept.isKernelThread) cgroup = text(pid, "cgroup", buffer_.size());
-    kept.cgroupHash = std::hash<std::string_view>{}(cgroup);
-    std::string arguments, environment, info;
-    if (isInterpreter(fileName(path))) arguments = text(pid, "cmdline", mostArguments);
-    if (holds("/.mount_")) environment = text(pid, "environ", mostEnvironment);
-    if (path.starts_with("/app/")) info = text(pid, "root/.flatpak-info", buffer_.size());
-    kept.owner = linuxAppIdentity({.path = path,
-                                   .isKernelThread = kept.isKernelThread,
-                                   .cgroup = parseCgroup(cgroup),
-                                   .script = scriptOf(arguments),
-                                   .appImage = variable(environment, "APPIMAGE").value_or(""),
-                                   .flatpak = flatpakId(info),
-                                   .parent = parentOf(kept, generation),
-                                   .ownCgroup = ownCgroup_},
-                                  desktop_->apps());
+    const ProcessOwner owner(proc_, pid, path, kept.isKernelThread);
+    kept.cgroupHash = owner.controlGroupHash();
+    kept.owner = owner.identity(desktop_->apps(), parentOf(kept, generation), ownCgroup_);
     return *kept.owner;
 }
 
@@ -297,13 +247,6 @@ std::optional<AppIdentity> LinuxProcesses::parentOf(const Kept& kept, int genera
     const std::optional<std::string> parentPath = path(kept.parent);
     if (!parentPath) return std::nullopt;
     return ownerOf(kept.parent, *parent, *parentPath, generation + 1);
-}
-
-// What a file holds, no more than so much of it; empty if it can't be read.
-std::string LinuxProcesses::text(std::int32_t pid, std::string_view name, std::size_t most) {
-    std::string result(most, '\0');
-    result.resize(proc_.read(pid, name, result).value_or("").size());
-    return result;
 }
 
 SystemVocabulary LinuxProcesses::vocabulary() { return linuxVocabulary(); }

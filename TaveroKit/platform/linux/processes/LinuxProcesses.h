@@ -15,7 +15,6 @@
 #include <optional>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tavero {
@@ -52,9 +51,6 @@ class LinuxProcesses final : public ProcessSource {
                    ProcessClocks clocks = ProcessClocks::host());
 
     std::span<const ProcessCounters> processes(bool threads) override;
-    // The link "exe". For a kernel thread its name in brackets, without what follows a slash; where
-    // the link is refused or leads to no file, the first argument if that is a path, and else the
-    // process's own name.
     std::optional<std::string> path(std::int32_t pid) override;
     std::optional<AppIdentity> owner(std::int32_t pid, const std::string& path) override;
     std::uint64_t clock() override { return clocks_.now(); }
@@ -98,7 +94,6 @@ class LinuxProcesses final : public ProcessSource {
     Kept* find(std::int32_t pid);
     AppIdentity ownerOf(std::int32_t pid, Kept& kept, const std::string& path, int generation);
     std::optional<AppIdentity> parentOf(const Kept& kept, int generation);
-    std::string text(std::int32_t pid, std::string_view name, std::size_t most);
 
     ProcFolder proc_;
     KeptFile stat_;

@@ -130,4 +130,24 @@ std::optional<std::string_view> variable(std::string_view environment, std::stri
     return std::nullopt;
 }
 
+std::optional<std::int32_t> parseInnermostPid(std::string_view text) {
+    TextCursor cursor(text);
+    while (!cursor.skip("NSpid:")) {
+        if (cursor.atEnd()) return std::nullopt;
+        cursor.nextLine();
+    }
+    std::optional<std::uint64_t> innermost;
+    while (const auto pid = cursor.number()) innermost = pid;
+    const auto pid = narrowed<std::int32_t>(innermost.value_or(0));
+    return pid >= 1 ? std::optional(pid) : std::nullopt;
+}
+
+std::string_view parseFlatpakId(std::string_view text) {
+    constexpr std::string_view key = "\nname=";
+    const std::size_t start = text.find(key);
+    if (!text.starts_with("[Application]") || start == text.npos) return {};
+    text.remove_prefix(start + key.size());
+    return text.substr(0, text.find('\n'));
+}
+
 } // namespace tavero

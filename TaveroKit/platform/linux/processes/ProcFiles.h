@@ -48,4 +48,11 @@ std::string_view scriptOf(std::string_view commandLine);
 // /proc/PID/environ.
 std::optional<std::string_view> variable(std::string_view environment, std::string_view name);
 
+// /proc/PID/status: the pid that the process has for itself, in the innermost of the namespaces
+// that it lives in.
+std::optional<std::int32_t> parseInnermostPid(std::string_view text);
+
+// /proc/PID/root/.flatpak-info: the app's id. Empty if this is no app's sandbox.
+std::string_view parseFlatpakId(std::string_view text);
+
 } // namespace tavero

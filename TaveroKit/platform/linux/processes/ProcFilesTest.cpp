@@ -118,5 +118,23 @@ TEST(ProcFiles, AVariableIsFoundByItsWholeName) {
     EXPECT_FALSE(variable("", "HOME"));
 }
 
+TEST(ProcFiles, TheInnermostPidIsTheLast) {
+    EXPECT_EQ(parseInnermostPid("Name:\tx\nPid:\t9\nNSpid:\t9\n"), 9);
+    EXPECT_EQ(parseInnermostPid("NStgid:\t1\nNSpid:\t900\t17\t2\nNSpgid:\t5\n"), 2);
+    EXPECT_FALSE(parseInnermostPid("Name:\tx\nPid:\t9\n")); // of an old kernel
+    EXPECT_FALSE(parseInnermostPid("NSpid:\n"));
+    EXPECT_FALSE(parseInnermostPid("NSpid:\t9\t0\n"));
+    EXPECT_FALSE(parseInnermostPid("NSpid:\t9\t4294967297\n"));
+    EXPECT_FALSE(parseInnermostPid(""));
+}
+
+TEST(ProcFiles, AFlatpaksIdIsTheNameOfItsApplication) {
+    EXPECT_EQ(parseFlatpakId("[Application]\nname=org.x.Y\nruntime=z\n"), "org.x.Y");
+    EXPECT_EQ(parseFlatpakId("[Application]\nruntime=z\nname=org.x.Y"), "org.x.Y");
+    EXPECT_EQ(parseFlatpakId("[Runtime]\nname=org.x.Y\n"), "");
+    EXPECT_EQ(parseFlatpakId("[Application]\nfilename=org.x.Y\n"), "");
+    EXPECT_EQ(parseFlatpakId(""), "");
+}
+
 } // namespace
 } // namespace tavero

@@ -131,6 +131,18 @@ SnapUnit snapUnit(std::string_view unit) {
     return {unescapeUnitName(name.substr(0, dot)), unescapeUnitName(name.substr(dot + 1))};
 }
 
+std::string flatpakOfControlGroup(std::string_view path) {
+    while (!path.empty()) {
+        const std::size_t end = std::min(path.find('/'), path.size());
+        std::string_view unit = path.substr(0, end);
+        path.remove_prefix(std::min(end + 1, path.size()));
+        if (!drop(unit, "app-flatpak-") || !dropEnd(unit, ".scope")) continue;
+        const std::size_t dash = unit.rfind('-');
+        if (dash != unit.npos && dash > 0) return unescapeUnitName(unit.substr(0, dash));
+    }
+    return {};
+}
+
 std::string containerName(std::string_view part, std::string_view parent) {
     std::string_view name = part;
     const bool isScope = dropEnd(name, ".scope");

@@ -26,6 +26,10 @@ struct SnapUnit {
 };
 SnapUnit snapUnit(std::string_view unit);
 
+// The app whose Flatpak sandbox a control group is in, by a part "app-flatpak-ID-RANDOM.scope" of
+// its path. Empty if it is in none.
+std::string flatpakOfControlGroup(std::string_view path);
+
 // What a container is called if this part of a control group path starts one: its name, or the
 // first twelve digits of its id. Empty if it starts none. `parent` is the part before.
 std::string containerName(std::string_view part, std::string_view parent);

@@ -90,6 +90,16 @@ TEST(UnitNames, ASnapsUuidIsMatchedExactly) {
     EXPECT_EQ(snapUnit("snap.x.y.mount").name, "");
 }
 
+TEST(UnitNames, AFlatpaksUnitIsFoundAnywhereInAPath) {
+    EXPECT_EQ(flatpakOfControlGroup("/user.slice/app.slice/app-flatpak-org.x.Y-81.scope"),
+              "org.x.Y");
+    EXPECT_EQ(flatpakOfControlGroup("/app-flatpak-org.a\\x2db.C-81.scope/inner"), "org.a-b.C");
+    for (const char* path :
+         {"", "/", "/app-flatpak-.scope", "/app-flatpak--81.scope", "/app-flatpak-81.scope",
+          "/app-flatpak-org.x.Y-81.service", "/app-org.x.Y-81.scope"})
+        EXPECT_EQ(flatpakOfControlGroup(path), "") << path;
+}
+
 TEST(UnitNames, ContainersAreToldByEngineOrFolder) {
     const std::string id = "0123456789abcdef0123456789abcdef0123456789abcdef0123456789abcdef";
     EXPECT_EQ(containerName("docker-" + id + ".scope", "system.slice"), "0123456789ab");
