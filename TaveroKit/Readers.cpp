@@ -9,6 +9,7 @@
 #include "counters/NetworkReader.h"
 #include "hardware/AppGPUSampler.h"
 #include "hardware/SensorReader.h"
+#include "sound/SoundController.h"
 
 #include <memory>
 #include <utility>
@@ -73,6 +74,11 @@ void addConnections(const Sources& sources, Readers& readers) {
         readers.connection = [sources] { return sources->connection->current(); };
 }
 
+void addSound(const AudioSystem& audio, Readers& readers) {
+    if (audio.objects)
+        readers.sound = [objects = audio.objects] { return SoundController::read(*objects); };
+}
+
 } // namespace
 
 Readers readers(Machine machine) {
@@ -82,6 +88,7 @@ Readers readers(Machine machine) {
     addApps(sources, readers);
     addHardware(sources, readers);
     addConnections(sources, readers);
+    addSound(sources->audio, readers);
     return readers;
 }
 

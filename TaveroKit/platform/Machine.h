@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/AudioSystem.h"
 #include "platform/BatterySource.h"
 #include "platform/BundleSource.h"
 #include "platform/ConnectionSource.h"
@@ -37,6 +38,7 @@ struct Machine {
     std::unique_ptr<WiFiSource> wifi;
     std::unique_ptr<ConnectionSource> connection;
     std::unique_ptr<SystemSource> system;
+    AudioSystem audio;
 
     // The machine that this program runs on. Defined by the one platform that is linked in.
     static Machine host();

@@ -14,7 +14,13 @@
 #include "platform/mac/hardware/MacGPU.h"
 #include "platform/mac/hardware/SMCReader.h"
 #include "platform/mac/network/MacConnections.h"
+#include "platform/mac/sound/HostSound.h"
+#include "platform/mac/sound/MacAudioProcesses.h"
+#include "platform/mac/sound/ProcessTap.h"
 
+#include <unistd.h>
+
+#include <cstdlib>
 #include <utility>
 
 namespace tavero {
@@ -47,6 +53,18 @@ Machine Machine::host() {
         .wifi = std::make_unique<MacWiFi>(hostWiFi()),
         .connection = std::make_unique<NetworkPath>(hostPath()),
         .system = std::make_unique<MacSystem>(kernel),
+    };
+}
+
+AudioSystem hostAudio() {
+    const char* home = std::getenv("HOME");
+    return {
+        .objects = hostAudioObjects(),
+        .processes = std::make_shared<MacAudioProcesses>(hostProcesses(), hostBundles(),
+                                                         home ? home : "", ::getpid()),
+        .taps = std::make_shared<ProcessTaps>(hostAudioHardware(), hostAudioObjects()),
+        .permission = std::make_shared<PrivacyDatabase>(hostPrivacyCalls()),
+        .makeQueue = hostAudioQueue,
     };
 }
 

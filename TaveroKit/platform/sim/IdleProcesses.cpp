@@ -122,22 +122,28 @@ void addBrowser(ProcessList& list) {
               .cpu = 0.045 + Curve::wave(0.02, 47),
               .memory = 390 * megabyte + Curve::wave(30 * megabyte, 9 * minute),
               .disk = {.read = 30e3 + Curve::wave(20e3, 41),
-                       .written = 60e3 + Curve::wave(50e3, 29) + Curve::pulses(9e6, 130, 4, 30)}});
+                       .written = 60e3 + Curve::wave(50e3, 29) + Curve::pulses(9e6, 130, 4, 30)},
+              .sound = Scenario::Sound{}});
     list.add({.path = helper(browser, "Wayfarer Helper (GPU)"),
               .threads = 14,
               .core = 5,
               .cpu = 0.02 + Curve::wave(0.01, 23) + Curve::pulses(0.45, 130, 5, 27),
               .memory = megabytes(280),
               .gpu = 0.012 + Curve::wave(0.006, 23) + Curve::pulses(0.3, 130, 6, 27)});
-    list.add({.path = helper(browser, "Wayfarer Helper"), // its network
+    // Its network, and the sound of its tabs: of a clip that is watched now and then.
+    list.add({.path = helper(browser, "Wayfarer Helper"),
               .threads = 12,
               .core = 2,
               .cpu = 0.015 + Curve::wave(0.008, 31) + Curve::pulses(0.05, 130, 8, 25),
               .memory = megabytes(62),
               .disk = {.read = Curve::pulses(18e6, 130, 6, 26), .written = 20e3},
-              .network = Scenario::Network{
-                  .in = 3e3 + Curve::wave(2.5e3, 31) + Curve::pulses(2.4e6, 130, 8, 25),
-                  .out = 1.2e3 + Curve::wave(0.9e3, 31) + Curve::pulses(160e3, 130, 8, 25)}});
+              .network =
+                  Scenario::Network{
+                      .in = 3e3 + Curve::wave(2.5e3, 31) + Curve::pulses(2.4e6, 130, 8, 25),
+                      .out = 1.2e3 + Curve::wave(0.9e3, 31) + Curve::pulses(160e3, 130, 8, 25)},
+              .sound = Scenario::Sound{.loudness =
+                                           0.07 + Curve::wave(0.03, 3.1) + Curve::wave(0.02, 0.7),
+                                       .plays = {.begins = -20, .lasts = 240, .every = 420}}});
     const std::string renderer = helper(browser, "Wayfarer Helper (Renderer)");
     list.add({.path = renderer,
               .threads = 16,
@@ -198,7 +204,10 @@ void addOtherApps(ProcessList& list) {
               .core = 3,
               .cpu = 0.022 + Curve::wave(0.004, 19),
               .memory = megabytes(230),
-              .disk = {.read = 35e3 + Curve::wave(10e3, 17), .written = 3e3}});
+              .disk = {.read = 35e3 + Curve::wave(10e3, 17), .written = 3e3},
+              .sound = Scenario::Sound{.loudness = 0.16 + Curve::wave(0.05, 7) +
+                                                   Curve::wave(0.04, 0.9) + Curve::wave(0.03, 0.5),
+                                       .plays = {.begins = -2 * hour}}});
     list.add(
         {.path = program(inside(music, "XPCServices/VisualizerService.xpc"), "VisualizerService"),
          .threads = 4,
@@ -213,7 +222,11 @@ void addOtherApps(ProcessList& list) {
               .memory = megabytes(190),
               .disk = {.read = 2e3, .written = 6e3},
               .network = Scenario::Network{.in = 0.8e3 + Curve::wave(0.7e3, 37),
-                                           .out = 0.4e3 + Curve::wave(0.3e3, 29)}});
+                                           .out = 0.4e3 + Curve::wave(0.3e3, 29)},
+              // Messages that somebody spoke, which nobody else is to keep.
+              .sound = Scenario::Sound{.loudness = 0.1 + Curve::wave(0.06, 1.3),
+                                       .plays = {.begins = 75, .lasts = 40, .every = 400},
+                                       .isProtected = true}});
     list.add({.path = helper(chat, "Parley Helper (Renderer)"),
               .threads = 18,
               .core = 2,

@@ -71,7 +71,8 @@ Scenario::Bluetooth earbuds(const Curve& percent) {
             .batteries = {{"device_batteryLevelLeft", percent + 3},
                           {"device_batteryLevelRight", percent},
                           {"device_batteryLevelCase", 64}},
-            .signal = -47 + Curve::wave(6, 47)};
+            .signal = -47 + Curve::wave(6, 47),
+            .isOutput = true};
 }
 
 Scenario::Bluetooth keyboard() {
@@ -87,7 +88,8 @@ Scenario::Bluetooth kitchenSpeaker() {
     return {.name = "Kitchen Speaker",
             .kind = "Speaker",
             .address = "0C:11:22:33:44:77",
-            .near = {.begins = Scenario::Life::endless}};
+            .near = {.begins = Scenario::Life::endless},
+            .isOutput = true};
 }
 
 } // namespace
@@ -189,6 +191,7 @@ Scenario earbudsRunningLow() {
         earbuds(22 + Curve::ramp(-18, 0, backInCase) + Curve::ramp(93, backInCase, charged) +
                 Curve::ramp(-40, charged, charged + 3 * hour));
     worn.near = {.begins = charged - day, .lasts = day - (charged - backInCase), .every = day};
+    worn.becomesDefault = true;
     scenario.bluetooth.front() = worn;
     return scenario;
 }

@@ -52,6 +52,12 @@ struct Scenario {
         double birth(double time) const;
         bool isAlive(double time) const;
     };
+    // What a process plays, to the default output.
+    struct Sound {
+        Curve loudness; // the amplitude of its tone, at most 1
+        Life plays{.begins = Life::endless};
+        bool isProtected = false; // from being captured
+    };
     // Its CPU, disk, network and GPU use are part of the machine's, and 0 while it doesn't run.
     struct Process {
         std::int32_t pid = 0;
@@ -65,6 +71,7 @@ struct Scenario {
         Disk disk;
         std::optional<Network> network; // absent if it has no connection
         Curve gpu;                      // the share of the GPU's time
+        std::optional<Sound> sound;     // absent if it never touches the audio system
         Life life;
     };
     struct Battery {
@@ -83,6 +90,8 @@ struct Scenario {
         std::vector<Battery> batteries;
         Curve signal; // dBm
         Life near{};
+        bool isOutput = false;       // sound can go to it
+        bool becomesDefault = false; // and does so as soon as it connects
     };
 
     std::string name;

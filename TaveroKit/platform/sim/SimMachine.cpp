@@ -14,6 +14,9 @@
 #include "platform/mac/hardware/SMCReader.h"
 #include "platform/mac/network/MacConnections.h"
 #include "platform/mac/network/MacWiFi.h"
+#include "platform/mac/sound/MacAudioProcesses.h"
+#include "platform/mac/sound/ProcessTap.h"
+#include "platform/sim/SimAudioSeams.h"
 #include "platform/sim/SimBluetoothSeams.h"
 #include "platform/sim/SimConnectionSeams.h"
 #include "platform/sim/SimHardwareSeams.h"
@@ -110,10 +113,13 @@ class SimBundleInfo : public MacBundleInfo {
 
 } // namespace
 
-SimMachine::SimMachine() : timeline_(std::make_shared<SimTimeline>()) {}
+SimMachine::SimMachine()
+    : timeline_(std::make_shared<SimTimeline>()),
+      audio_(std::make_shared<SimAudioControl>(timeline_)) {}
 
 SimMachine::SimMachine(Scenario scenario, std::function<Date()> now)
-    : timeline_(std::make_shared<SimTimeline>(std::move(scenario), std::move(now))) {}
+    : timeline_(std::make_shared<SimTimeline>(std::move(scenario), std::move(now))),
+      audio_(std::make_shared<SimAudioControl>(timeline_)) {}
 
 std::shared_ptr<MacKernel> SimMachine::kernel() const {
     return std::make_shared<SimKernel>(timeline_);
@@ -155,6 +161,21 @@ std::unique_ptr<MacBluetoothCalls> SimMachine::bluetoothCalls() const {
     return simBluetoothCalls(timeline_);
 }
 
+std::shared_ptr<AudioObjects> SimMachine::audioObjects() const { return simAudioObjects(audio_); }
+
+std::shared_ptr<MacAudioHardware> SimMachine::audioHardware() const {
+    return simAudioHardware(audio_);
+}
+
+AudioSystem SimMachine::audioSystem() const {
+    const std::shared_ptr<AudioObjects> objects = audioObjects();
+    return {.objects = objects,
+            .processes = std::make_shared<MacAudioProcesses>(processTable(), bundleInfo(),
+                                                             "/Users/ana", simOwnPid),
+            .taps = std::make_shared<ProcessTaps>(audioHardware(), objects),
+            .permission = simCapturePermission(audio_)};
+}
+
 Machine SimMachine::machine() const {
     const std::shared_ptr<MacKernel> macKernel = kernel();
     return {
@@ -174,6 +195,7 @@ Machine SimMachine::machine() const {
         .wifi = std::make_unique<MacWiFi>(simWiFi(timeline_)),
         .connection = std::make_unique<NetworkPath>(simPath(timeline_)),
         .system = std::make_unique<MacSystem>(macKernel),
+        .audio = audioSystem(),
     };
 }
 

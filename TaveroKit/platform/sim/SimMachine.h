@@ -11,6 +11,7 @@
 #include "platform/mac/hardware/MacController.h"
 #include "platform/mac/hardware/MacPowerSources.h"
 #include "platform/mac/network/NetworkStatistics.h"
+#include "platform/sim/SimAudioControl.h"
 #include "platform/sim/SimTimeline.h"
 
 #include <functional>
@@ -40,13 +41,21 @@ class SimMachine {
     std::shared_ptr<NetworkStatistics> networkStatistics() const;
     std::unique_ptr<BluetoothReportSource> bluetoothReport() const;
     std::unique_ptr<MacBluetoothCalls> bluetoothCalls() const;
+    std::shared_ptr<AudioObjects> audioObjects() const;
+    std::shared_ptr<MacAudioHardware> audioHardware() const;
     SimState& state() { return timeline_->now(); }
 
     // Ends what runs inside a bundle, as if its user had quit it. From any thread.
     void quit(const std::string& bundlePath) { timeline_->quit(bundlePath); }
 
+    // To change what it plays, to let it play, and to hear it.
+    SimAudioControl& audio() { return *audio_; }
+
   private:
+    AudioSystem audioSystem() const;
+
     std::shared_ptr<SimTimeline> timeline_;
+    std::shared_ptr<SimAudioControl> audio_;
 };
 
 } // namespace tavero

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <set>
 #include <span>
 
 namespace tavero {
@@ -130,12 +131,17 @@ void SimState::setBundle(const std::string& path, const BundleNames& names) {
 
 void SimState::end(std::int32_t pid) {
     std::erase_if(processes, [&](const SimProcess& process) { return process.pid == pid; });
+    audio.end({pid});
 }
 
 void SimState::quit(const std::string& bundlePath) {
-    std::erase_if(processes, [inside = bundlePath + "/"](const SimProcess& process) {
-        return process.path && process.path->starts_with(inside);
+    std::set<std::int32_t> ended;
+    std::erase_if(processes, [&, inside = bundlePath + "/"](const SimProcess& process) {
+        const bool isInside = process.path && process.path->starts_with(inside);
+        if (isInside) ended.insert(process.pid);
+        return isInside;
     });
+    audio.end(ended);
 }
 
 SimState simLaptop() {
@@ -167,6 +173,8 @@ SimState simLaptop() {
                       .isBrowsable = true}};
     state.connections.path = {.isSatisfied = true, .usesWiFi = true};
     state.connections.setSignal(-52);
+    state.audio.devices = {simSpeakers(), simMicrophone()};
+    state.audio.settle();
     state.setHardware({.cores = std::vector<double>(8, 0.03),
                        .gpuClients = {{.pid = 128, .name = "WindowServer", .nanoseconds = 1}}});
     return state;

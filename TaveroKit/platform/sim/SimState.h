@@ -9,6 +9,7 @@
 #include "platform/mac/MacKernel.h"
 #include "platform/mac/MacProcessTable.h"
 #include "platform/mac/PropertyValue.h"
+#include "platform/sim/SimAudio.h"
 #include "platform/sim/SimBluetooth.h"
 #include "platform/sim/SimConnections.h"
 #include "platform/sim/SimHardware.h"
@@ -60,6 +61,7 @@ struct SimState {
     SimHardware hardware;
     SimConnections connections;
     SimBluetooth bluetooth;
+    SimAudio audio;
 
     bool lowPowerMode = false;
     ThermalState thermalState = ThermalState::nominal;
@@ -82,7 +84,7 @@ struct SimState {
     void setHardware(const SimLoad& load);
 
     // Takes processes out of the list, and a scenario leaves them out from then on: one process, or
-    // all that run inside a bundle.
+    // all that run inside a bundle. The audio system then doesn't know them either.
     void end(std::int32_t pid);
     void quit(const std::string& bundlePath);
 };

@@ -1,5 +1,6 @@
 #include "platform/sim/SimTimeline.h"
 
+#include "platform/sim/SimAudioScript.h"
 #include "platform/sim/SimEnergy.h"
 
 #include <algorithm>
@@ -59,6 +60,7 @@ SimTimeline::SimTimeline(Scenario scenario, std::function<Date()> now)
                                             .kind = device.kind,
                                             .address = device.address,
                                             .isNearby = false});
+    state_.audio = simAudio();
     state_.setBootTime(start_ - std::chrono::seconds(static_cast<std::int64_t>(simUptime)));
     move(0);
 }
@@ -88,6 +90,7 @@ void SimTimeline::move(double elapsed) {
     state_.absoluteTime = static_cast<std::uint64_t>(simTicksPerSecond * (simUptime + elapsed));
     moveHardware(now, minuteAgo);
     moveBluetooth();
+    moveAudio(state_, *scenario_, elapsed_);
 }
 
 // What the machine has done since the scenario began.

@@ -32,6 +32,12 @@ typedef struct {
 @protocol NSCopying
 @end
 
+typedef NS_ENUM(NSInteger, NSComparisonResult) {
+    NSOrderedAscending = -1,
+    NSOrderedSame = 0,
+    NSOrderedDescending = 1,
+};
+
 typedef NSUInteger NSStringEncoding;
 enum { NSUTF8StringEncoding = 4 };
 
@@ -42,13 +48,16 @@ enum { NSUTF8StringEncoding = 4 };
                               encoding:(NSStringEncoding)encoding;
 @property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
 + (nullable instancetype)stringWithUTF8String:(const char*)text;
+- (NSComparisonResult)localizedCaseInsensitiveCompare:(NSString*)string;
 @end
 
 @interface NSNumber : NSObject
 @property(readonly) BOOL boolValue;
 @property(readonly) long long longLongValue;
 @property(readonly) double doubleValue;
++ (NSNumber*)numberWithBool:(BOOL)value;
 + (NSNumber*)numberWithInt:(int)value;
++ (NSNumber*)numberWithUnsignedInt:(unsigned int)value;
 @end
 
 @interface NSData : NSObject

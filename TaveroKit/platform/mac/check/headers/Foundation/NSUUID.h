@@ -8,6 +8,7 @@
 @interface NSUUID : NSObject
 @property(readonly, copy) NSString* UUIDString;
 + (instancetype)UUID;
+- (nullable instancetype)initWithUUIDString:(NSString*)string;
 @end
 
 #pragma clang assume_nonnull end
