@@ -70,7 +70,8 @@ sources() {
 }
 
 build_packages=(g++ cmake ninja-build libicu-dev libsqlite3-dev nlohmann-json3-dev bootstrap-icons
-    qt6-base-dev qt6-declarative-dev libxcb1-dev libsystemd-dev pkg-config python3 python3-fonttools fonts-inter
+    qt6-base-dev qt6-declarative-dev libxcb1-dev libsystemd-dev libpipewire-0.3-dev pkg-config
+    python3 python3-fonttools fonts-inter
     qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
     qml6-module-qtquick qml6-module-qtquick-controls qml6-module-qtquick-templates
     qml6-module-qtquick-layouts qml6-module-qtquick-window)
