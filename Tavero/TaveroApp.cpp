@@ -1,6 +1,8 @@
 #include "TaveroApp.h"
 
 #include "bluetooth/DeviceKind.h"
+#include "sound/MicrophoneReader.h"
+#include "sound/SoundController.h"
 #include "time/ThreadWorker.h"
 
 #include <QGuiApplication>
@@ -10,9 +12,18 @@
 
 namespace tavero {
 
+namespace {
+
+std::unique_ptr<TaskQueue> activityQueue(const AudioSystem& audio) {
+    return audio.makeQueue ? audio.makeQueue() : nullptr;
+}
+
+} // namespace
+
 TaveroApp::TaveroApp(AppWorld world, Clock& clock)
     : appearance_(hostAppearance()), theme_(settings_, *appearance_),
       systemName_(world.machine.systemName), system_(std::move(world.machine.system)),
+      audio_(world.machine.audio),
       history_(world.historyFile, std::make_unique<ThreadWorker>(), clock, settings_),
       alerts_(alertServices(world), std::make_unique<ThreadWorker>(), clock, settings_),
       bluetooth_({.control = std::move(world.bluetooth),
@@ -20,9 +31,10 @@ TaveroApp::TaveroApp(AppWorld world, Clock& clock)
                   .recordHistory =
                       [this](const BluetoothSnapshot& now) { history_.recordBluetooth(now); }},
                  clock, settings_),
+      router_(audio_, activityQueue(audio_), clock, settings_),
       monitor_(std::move(world.machine), std::make_unique<ThreadWorker>(), clock, settings_,
                monitorServices(world)),
-      icons_(hostAppIcons()),
+      mainQueue_(clock), icons_(hostAppIcons()),
       mainWindow_(monitor_, settings_, theme_,
                   {.surroundings = [this] { return surroundings(); }, .icons = icons_.get()}),
       dropdown_(monitor_, settings_, theme_,
@@ -35,6 +47,9 @@ TaveroApp::TaveroApp(AppWorld world, Clock& clock)
                                QPoint click) { dropdown_.open(section, click); },
                 .openWindow = [this] { openMainWindow(); },
                 .quit = &QGuiApplication::quit}) {
+    if (audio_.objects)
+        audioWatcher_.emplace(*audio_.objects, mainQueue_,
+                              [this] { monitor_.audioDevicesChanged(); });
     QObject::connect(&alerts_, &AlertCenter::pendingSectionChanged, &mainWindow_, [this] {
         if (const std::optional<Section> section = alerts_.takePendingSection()) open(*section);
     });
@@ -45,20 +60,39 @@ TaveroApp::TaveroApp(AppWorld world, Clock& clock)
 AlertServices TaveroApp::alertServices(AppWorld& world) {
     return {.notifications = std::move(world.notifications),
             .crashes = std::move(world.crashes),
+            .microphoneApps = microphoneApps(),
             .thermalState = [this] { return monitor_.thermalState(); },
             .bootTime = [this] { return system_ ? system_->bootTime() : std::nullopt; },
             .quitApp = [this](const std::string& bundlePath) { monitor_.quit(bundlePath); }};
 }
 
+// Called on a worker, so with sources of its own to keep.
+std::function<std::vector<std::string>()> TaveroApp::microphoneApps() const {
+    if (!audio_.objects) return {};
+    return [objects = audio_.objects, processes = audio_.processes] {
+        return MicrophoneReader::appsUsingInput(*objects, *processes);
+    };
+}
+
 MonitorServices TaveroApp::monitorServices(AppWorld& world) {
-    return {.recordHistory =
-                [this](const LiveSnapshot& snapshot, std::optional<double> appSeconds) {
-                    history_.record(snapshot, appSeconds);
-                },
-            .checkAlerts = [this](const LiveSnapshot& snapshot) { alerts_.check(snapshot); },
-            .requestNotificationAuthorization = [this] { alerts_.requestAuthorization(); },
-            .refreshBluetooth = [this] { bluetooth_.refresh(); },
-            .askToQuit = std::move(world.askToQuit)};
+    MonitorServices services{
+        .recordHistory =
+            [this](const LiveSnapshot& snapshot, std::optional<double> appSeconds) {
+                history_.record(snapshot, appSeconds);
+            },
+        .checkAlerts = [this](const LiveSnapshot& snapshot) { alerts_.check(snapshot); },
+        .requestNotificationAuthorization = [this] { alerts_.requestAuthorization(); },
+        .refreshBluetooth = [this] { bluetooth_.refresh(); },
+        .askToQuit = std::move(world.askToQuit)};
+    if (!audio_.objects) return services;
+    services.startAudio = [this] { router_.start(); };
+    services.readSound = [this] { return SoundController::read(*audio_.objects); };
+    services.setVolume = [this](double volume) {
+        SoundController::setVolume(*audio_.objects, volume);
+    };
+    services.setMuted = [this](bool muted) { SoundController::setMuted(*audio_.objects, muted); };
+    services.rescanAudioApps = [this] { router_.refresh(true); };
+    return services;
 }
 
 Surroundings TaveroApp::surroundings() const {

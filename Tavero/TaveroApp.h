@@ -12,7 +12,10 @@
 #include "monitor/Monitor.h"
 #include "platform/Machine.h"
 #include "settings/Settings.h"
+#include "sound/AppAudioRouter.h"
+#include "sound/AudioDeviceWatcher.h"
 #include "time/Clock.h"
+#include "time/ClockQueue.h"
 #include "window/MainWindow.h"
 
 #include <filesystem>
@@ -20,6 +23,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace tavero {
 
@@ -49,6 +53,7 @@ class TaveroApp {
   private:
     AlertServices alertServices(AppWorld& world);
     MonitorServices monitorServices(AppWorld& world);
+    std::function<std::vector<std::string>()> microphoneApps() const;
     Surroundings surroundings() const;
     void showBatteries();
     void open(Section section);
@@ -58,10 +63,14 @@ class TaveroApp {
     Theme theme_;
     std::string systemName_;
     std::unique_ptr<SystemSource> system_; // may be null
+    AudioSystem audio_;                    // may be empty
     History history_;
     AlertCenter alerts_;
     Bluetooth bluetooth_;
+    AppAudioRouter router_;
     Monitor monitor_;
+    ClockQueue mainQueue_;
+    std::optional<AudioDeviceWatcher> audioWatcher_;
     std::unique_ptr<AppIcons> icons_;
     MainWindow mainWindow_;
     Dropdown dropdown_;

@@ -32,8 +32,10 @@ int main(int argc, char** argv) {
 
     const std::unique_ptr<Clock> clock = hostClock();
     const std::unique_ptr<RunningApps> runningApps = hostRunningApps(processesOfApp);
+    Machine machine = Machine::host();
+    machine.audio = hostAudio();
     TaveroApp app(
-        {.machine = Machine::host(),
+        {.machine = std::move(machine),
          .askToQuit =
              [&](const std::string& bundlePath) { return runningApps->askToQuit(bundlePath); },
          .notifications = hostNotifications(),

@@ -7,6 +7,7 @@
 
 #include <QCommandLineParser>
 #include <QGuiApplication>
+#include <QTimer>
 
 #include <cstdio>
 
@@ -64,5 +65,10 @@ int main(int argc, char** argv) {
                                             std::make_unique<ThreadWorker>())},
         *clock);
     app.launch();
+
+    // The simulated sound card: without it nothing is heard, nor told of who plays.
+    QTimer soundCard;
+    QObject::connect(&soundCard, &QTimer::timeout, [&] { machine.audio().cycle(); });
+    soundCard.start(50);
     return QGuiApplication::exec();
 }

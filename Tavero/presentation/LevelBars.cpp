@@ -17,13 +17,12 @@ constexpr double decibelSpan = 44;     // up to -6
 constexpr double leastJitter = 0.75;
 constexpr double mostJitter = 1.15;
 
-// How far up the span of the bars a level is. No number is silence.
+} // namespace
+
 double loudness(float level) {
     const double amplitude = level > silence ? static_cast<double>(level) : silence;
     return std::clamp((20 * std::log10(amplitude) - lowestDecibels) / decibelSpan, 0.0, 1.0);
 }
-
-} // namespace
 
 LevelBars::LevelBars(LevelBarsSources sources) : sources_(std::move(sources)) {
     heights_.fill(leastHeight);

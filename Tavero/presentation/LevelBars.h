@@ -7,6 +7,10 @@
 
 namespace tavero {
 
+// How far up the span that a meter shows an amplitude is, 0 to 1: it goes by decibels, as ears do.
+// No number is silence.
+double loudness(float level);
+
 // What the bars of a level meter ask for, each when they need it.
 struct LevelBarsSources {
     std::function<float()> level;         // amplitude, linear; a peak is 1

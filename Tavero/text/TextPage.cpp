@@ -6,7 +6,6 @@
 #include "presentation/MetricStatus.h"
 #include "presentation/NumberText.h"
 #include "presentation/PageInsight.h"
-#include "presentation/Section.h"
 #include "text/TextDrawing.h"
 #include "text/TextPen.h"
 #include "text/TextTable.h"
@@ -31,17 +30,15 @@ constexpr std::size_t mostApps = 10;
 
 class Page {
   public:
-    // There is a snapshot.
-    Page(const std::optional<LiveSnapshot>& snapshot, const Graphs& graphs, const Format& format,
+    Page(const LiveSnapshot& snapshot, const Graphs& graphs, const Format& format,
          const Surroundings& surroundings, const TextStyle& style)
-        : whole_(snapshot), snapshot_(*snapshot), history_(graphs.history()), format_(format),
+        : snapshot_(snapshot), history_(graphs.history()), format_(format),
           surroundings_(surroundings), pen_{style.isColored},
           columns_(std::clamp(style.columns, leastColumns, mostColumns)) {}
 
     std::vector<std::string> lines() {
         for (const Metric metric : allMetrics)
             if (isPresent(metric, snapshot_)) addMetric(metric);
-        addSound();
         addTable(
             usageTable("Using the most", mostOf(usingTheMost(snapshot_)), format_, pen_, columns_));
         addTable(networkTable("Using the network", mostOf(snapshot_.networkApps), format_, pen_,
@@ -99,18 +96,6 @@ class Page {
     }
     void addSentence(std::string_view text) {
         lines_.push_back(fitted(text, std::min(textWidth(text), columns_)));
-    }
-
-    // Sound         47%           MacBook Speakers
-    void addSound() {
-        if (!snapshot_.sound) return;
-        left_ = columns_;
-        std::string line = pen_.bold(taking(title(Section::sound), labelColumns));
-        line += pen_.bold(taking(sidebarValue(Section::sound, whole_, {}, format_), labelColumns));
-        if (const std::optional<AudioOutput>& output = snapshot_.sound->output)
-            line += pen_.dim(taking(output->name, textWidth(output->name)));
-        lines_.push_back(std::move(line));
-        lines_.emplace_back();
     }
 
     void addGraph(Metric metric) {
@@ -210,7 +195,6 @@ class Page {
         if (used > 0) lines_.push_back(std::move(line));
     }
 
-    const std::optional<LiveSnapshot>& whole_;
     const LiveSnapshot& snapshot_;
     GraphHistory history_;
     const Format& format_;
@@ -227,7 +211,7 @@ std::vector<std::string> textPage(const std::optional<LiveSnapshot>& snapshot, c
                                   const Format& format, const Surroundings& surroundings,
                                   const TextStyle& style) {
     if (!snapshot) return {"Reading your Mac…"};
-    return Page(snapshot, graphs, format, surroundings, style).lines();
+    return Page(*snapshot, graphs, format, surroundings, style).lines();
 }
 
 } // namespace tavero

@@ -135,13 +135,6 @@ TEST_F(TextPageTest, APowerPageIsToldLikeTheOthers) {
         << text;
 }
 
-TEST_F(TextPageTest, SoundIsALine) {
-    snapshot.sound = SoundSnapshot{.output = AudioOutput{.name = "Speakers"}, .volume = 0.47};
-    EXPECT_NE(page(snapshot).find("Sound         47%           Speakers\n"), std::string::npos);
-    snapshot.sound->isMuted = true;
-    EXPECT_NE(page(snapshot).find("Sound         Muted         Speakers\n"), std::string::npos);
-}
-
 TEST_F(TextPageTest, TheAppsOfTheNetworkAreListed) {
     EXPECT_EQ(page(snapshot).find("Using the network"), std::string::npos);
     snapshot.networkApps = {

@@ -5,8 +5,11 @@
 #include "platform/Machine.h"
 #include "settings/Settings.h"
 #include "settings/SettingsFormat.h"
+#include "sound/AppAudioRouter.h"
 #include "text/DeviceLines.h"
+#include "text/ListeningTaps.h"
 #include "text/ReportPage.h"
+#include "text/SoundLines.h"
 #include "text/Terminal.h"
 #include "text/TextDrawing.h"
 #include "text/TextPage.h"
@@ -38,11 +41,17 @@ std::optional<std::filesystem::path> existingHistory() {
     return file;
 }
 
+AudioSystem listening(AudioSystem audio) {
+    if (audio.taps) audio.taps = std::make_shared<ListeningTaps>(std::move(audio.taps));
+    return audio;
+}
+
 // What tavero-text shows: the live readings, or the report on the last days.
 class TextProgram : public QObject {
   public:
     TextProgram(Machine machine, Clock& clock, Settings& settings, Terminal& terminal)
         : settings_(settings), terminal_(terminal), surroundings_{.systemName = machine.systemName},
+          sound_(listening(machine.audio), nullptr, clock, settings),
           monitor_(std::move(machine), std::make_unique<ThreadWorker>(), clock, settings),
           history_(existingHistory(), std::make_unique<ThreadWorker>(), clock, settings),
           insights_(history_, clock, settings),
@@ -66,6 +75,9 @@ class TextProgram : public QObject {
             monitor_.viewAppeared(ViewKind::window);
             monitor_.startPreview();
             bluetooth_.surfaceAppeared();
+            sound_.start();
+            sound_.pageAppeared();
+            sound_.setNowPlayingWanted(true); // for the levels
             isLive_ = true;
         }
         draw();
@@ -76,6 +88,7 @@ class TextProgram : public QObject {
         if (std::exchange(isLive_, false)) {
             monitor_.viewDisappeared(ViewKind::window);
             bluetooth_.surfaceDisappeared();
+            sound_.setNowPlayingWanted(false);
         }
         insights_.disappear();
     }
@@ -103,8 +116,12 @@ class TextProgram : public QObject {
         std::vector<std::string> lines = textPage(monitor_.snapshot(), monitor_.graphs(),
                                                   format(settings_), surroundings_, style);
         const TextPen pen{style.isColored};
-        std::vector<std::string> devices = deviceLines(bluetooth_.snapshot(), pen, style.columns);
-        std::move(devices.begin(), devices.end(), std::back_inserter(lines));
+        const auto add = [&](std::vector<std::string> more) {
+            std::move(more.begin(), more.end(), std::back_inserter(lines));
+        };
+        add(soundLines(monitor_.snapshot(), appSounds(sound_), format(settings_), pen,
+                       style.columns));
+        add(deviceLines(bluetooth_.snapshot(), pen, style.columns));
         return lines;
     }
 
@@ -117,6 +134,7 @@ class TextProgram : public QObject {
     Settings& settings_;
     Terminal& terminal_;
     Surroundings surroundings_;
+    AppAudioRouter sound_;
     Monitor monitor_;
     History history_;
     InsightsPage insights_;
@@ -149,7 +167,9 @@ int main(int argc, char** argv) {
     Terminal terminal;
     QObject::connect(&terminal, &Terminal::endRequested, &application, &QCoreApplication::quit,
                      Qt::QueuedConnection);
-    TextProgram program(Machine::host(), *clock, settings, terminal);
+    Machine machine = Machine::host();
+    machine.audio = hostAudio();
+    TextProgram program(std::move(machine), *clock, settings, terminal);
     program.show(arguments.isSet(report));
     return QCoreApplication::exec();
 }
