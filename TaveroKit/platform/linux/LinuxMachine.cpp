@@ -34,7 +34,8 @@ constexpr std::chrono::milliseconds hostPatience{250};
 constexpr std::chrono::minutes recordedPatience{10}; // a file answers
 
 Machine linuxMachine(const std::filesystem::path& root, ProcessClocks clocks,
-                     std::shared_ptr<DesktopFolders> desktop, std::chrono::milliseconds patience) {
+                     const std::shared_ptr<DesktopFolders>& desktop,
+                     std::chrono::milliseconds patience) {
     Machine machine;
     machine.systemName = "Linux";
     machine.cpu = std::make_unique<LinuxCpu>(root);

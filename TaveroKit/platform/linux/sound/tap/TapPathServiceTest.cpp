@@ -128,7 +128,7 @@ TEST_F(TapPathService, TheSoundMovesOnWhenItsOutputGoes) {
     }
     {
         const TestGraph::Lock lock(graph);
-        pw_proxy_destroy(output);
+        graph.remove(output);
     }
     Recorder recorder(graph, {"test.speakers"}, "256/48000");
     EXPECT_TRUE(recorder.waitForLevel(0, 0.4f));

@@ -49,6 +49,10 @@ TestGraph::TestGraph() {
 
 TestGraph::~TestGraph() {
     pw_thread_loop_stop(loop_);
+    for (pw_proxy* output : outputs_) pw_proxy_destroy(output);
+    if (settings_ != nullptr) pw_proxy_destroy(reinterpret_cast<pw_proxy*>(settings_));
+    pw_proxy_destroy(reinterpret_cast<pw_proxy*>(registry_));
+    pw_core_disconnect(core_);
     pw_context_destroy(context_);
     pw_thread_loop_destroy(loop_);
 }
@@ -145,7 +149,13 @@ pw_proxy* TestGraph::makeOutput(const std::string& name) {
     void* proxy = pw_core_create_object(core_, "adapter", PW_TYPE_INTERFACE_Node, PW_VERSION_NODE,
                                         &properties->dict, 0);
     pw_properties_free(properties);
+    if (proxy != nullptr) outputs_.push_back(static_cast<pw_proxy*>(proxy));
     return static_cast<pw_proxy*>(proxy);
+}
+
+void TestGraph::remove(pw_proxy* output) {
+    std::erase(outputs_, output);
+    pw_proxy_destroy(output);
 }
 
 void TestGraph::forceQuantum(std::uint32_t frames) {

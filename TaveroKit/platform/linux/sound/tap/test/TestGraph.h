@@ -64,8 +64,9 @@ class TestGraph {
     const std::map<std::uint32_t, Link>& links() const { return links_; }
     // A link between two ports for as long as this connection lasts.
     pw_proxy* link(const Port& from, const Port& to);
-    // An output of this name for as long as the proxy lasts.
+    // An output of this name, until it is removed or this connection ends.
     pw_proxy* makeOutput(const std::string& name);
+    void remove(pw_proxy* output);
 
     // Without it. Who plays to whom, as text.
     std::string wiring();
@@ -81,6 +82,7 @@ class TestGraph {
     pw_core* core_ = nullptr;
     pw_registry* registry_ = nullptr;
     pw_metadata* settings_ = nullptr;
+    std::vector<pw_proxy*> outputs_;
     spa_hook hook_{};
     std::map<std::uint32_t, Node> nodes_;
     std::map<std::uint32_t, Port> ports_;
