@@ -89,6 +89,7 @@ bool AppAudioRouter::isInOrder(const AppAudioTap& tap, const AudioApp& app,
 // Of an app that plays. One that is muted has a gain of 0: whether it is heard can't matter.
 bool AppAudioRouter::isSilentCapture(const AppAudioTap& tap, const AudioApp& app, float gain,
                                      Date now) const {
+    if (!audio_.taps->canBeDenied()) return false;
     const auto since = playingSince_.find(app.id);
     if (since == playingSince_.end() || tap.hasHeardSound() || gain <= 0) return false;
     return now - std::max(tap.started(), since->second) > silentCaptureTime;

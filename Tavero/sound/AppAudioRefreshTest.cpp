@@ -298,6 +298,15 @@ TEST_F(AppAudioRefresh, AMutedAppIsNeverProtected) {
     EXPECT_TRUE(isTapped("Music"));
 }
 
+TEST_F(AppAudioRefresh, NorIsAnyWhereNobodyCanKeepItsSoundFromBeingCaptured) {
+    taps->isDeniable = false;
+    turnDown();
+    passed(1h);
+    router->refresh(true);
+    EXPECT_FALSE(isProtected("Music"));
+    EXPECT_TRUE(isTapped("Music"));
+}
+
 TEST_F(AppAudioRefresh, NorOneAtVolumeZero) {
     router->setVolume(0, app("Music"));
     passed(1h);

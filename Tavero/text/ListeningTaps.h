@@ -13,6 +13,7 @@ class ListeningTaps final : public AudioTapSource {
   public:
     explicit ListeningTaps(std::shared_ptr<AudioTapSource> taps) : taps_(std::move(taps)) {}
 
+    bool canBeDenied() const override { return taps_->canBeDenied(); }
     Result start(const TapRequest& request, TapCells& cells) override {
         if (!request.listenOnly) return TapFailure{};
         return taps_->start(request, cells);

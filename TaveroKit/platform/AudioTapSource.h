@@ -59,6 +59,10 @@ class AudioTapSource {
 
     virtual ~AudioTapSource() = default;
 
+    // Whether an app can keep what it plays from being captured: then a tap hears nothing but
+    // silence of it, and takes its sound away.
+    virtual bool canBeDenied() const { return true; }
+
     // Each block of the app's sound goes through render() with these cells, which must outlive the
     // running tap. A failure leaves nothing behind.
     virtual Result start(const TapRequest& request, TapCells& cells) = 0;

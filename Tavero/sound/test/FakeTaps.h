@@ -23,6 +23,7 @@ class FakeTaps final : public AudioTapSource {
 
     // Which requests fail; none if it is empty.
     std::function<bool(const TapRequest&)> fails;
+    bool isDeniable = true;
     // "+1", "-1": what began and ended, by number. A failure is "!".
     std::vector<std::string> log;
 
@@ -48,6 +49,7 @@ class FakeTaps final : public AudioTapSource {
         }
     }
 
+    bool canBeDenied() const override { return isDeniable; }
     Result start(const TapRequest& request, TapCells& cells) override {
         if (fails && fails(request)) {
             log.emplace_back("!");

@@ -80,10 +80,10 @@ bool isPlayedTo(const SimAudio& audio, const SimAudioDevice& device) {
 
 Property ofDevice(const SimAudio& audio, SimAudioDevice& device, const AudioAddress& address) {
     if (const SimAudioKnob* found = knob(device, address)) {
-        const bool isMute = address.selector == AudioSelector::mute;
-        return SimAudioProperty{.isSettable = found->isSettable,
-                                .value = isMute ? SimAudioValue(std::uint32_t{found->value != 0})
-                                                : found->value};
+        SimAudioProperty property{.isSettable = found->isSettable, .value = found->value};
+        if (address.selector == AudioSelector::mute)
+            property.value = std::uint32_t{found->value != 0};
+        return property;
     }
     if (address.element != 0) return std::nullopt;
     if (address.selector == AudioSelector::streams) {

@@ -16,6 +16,10 @@ class PipeWireTaps final : public AudioTapSource {
   public:
     explicit PipeWireTaps(std::shared_ptr<PipeWireGraph> graph);
 
+    // PipeWire keeps nothing from whoever listens. So an app that is silent just is: one that waits
+    // for a call, for example, plays silence for hours.
+    bool canBeDenied() const override { return false; }
+
     // Waits for the service's answer, a few milliseconds and at most 100.
     Result start(const TapRequest& request, TapCells& cells) override;
 
