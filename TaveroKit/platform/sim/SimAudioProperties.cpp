@@ -78,13 +78,15 @@ bool isPlayedTo(const SimAudio& audio, const SimAudioDevice& device) {
     });
 }
 
+Property ofKnob(const SimAudioKnob& knob, bool isMute) {
+    Property property = isMute ? word(knob.value != 0) : readable(knob.value);
+    property->isSettable = knob.isSettable;
+    return property;
+}
+
 Property ofDevice(const SimAudio& audio, SimAudioDevice& device, const AudioAddress& address) {
-    if (const SimAudioKnob* found = knob(device, address)) {
-        SimAudioProperty property{.isSettable = found->isSettable, .value = found->value};
-        if (address.selector == AudioSelector::mute)
-            property.value = std::uint32_t{found->value != 0};
-        return property;
-    }
+    if (const SimAudioKnob* found = knob(device, address))
+        return ofKnob(*found, address.selector == AudioSelector::mute);
     if (address.element != 0) return std::nullopt;
     if (address.selector == AudioSelector::streams) {
         const SimAudioSide* has = side(device, address.scope);
