@@ -1,5 +1,6 @@
 #include "platform/linux/sound/PipeWireGraph.h"
 
+#include "platform/linux/Environment.h"
 #include "platform/linux/sound/PipeWireCalls.h"
 #include "platform/linux/sound/PipeWireLevels.h"
 #include "platform/linux/sound/PipeWireLink.h"
@@ -12,7 +13,6 @@
 #include <spa/param/param.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <utility>
 
 namespace tavero {
@@ -32,11 +32,6 @@ constexpr std::uint32_t processMark = 0x80000000;
 constexpr std::uint32_t pidBits = 22; // the kernel gives none above
 constexpr std::uint32_t pidMask = (1U << pidBits) - 1;
 constexpr std::uint32_t generationMask = 0x1FF;
-
-std::string_view variable(const char* name) {
-    const char* value = std::getenv(name);
-    return value ? value : "";
-}
 
 } // namespace
 
@@ -131,8 +126,9 @@ void PipeWireGraph::Body::start() {
         this);
     watch_ = std::make_unique<ServiceWatch>(
         inner,
-        ServiceWatch::socketPath(variable("PIPEWIRE_RUNTIME_DIR"), variable("XDG_RUNTIME_DIR"),
-                                 variable("PIPEWIRE_REMOTE")),
+        ServiceWatch::socketPath(environmentVariable("PIPEWIRE_RUNTIME_DIR"),
+                                 environmentVariable("XDG_RUNTIME_DIR"),
+                                 environmentVariable("PIPEWIRE_REMOTE")),
         [this] { connect(); });
     const Lock lock(loop);
     pw_thread_loop_start(loop);
