@@ -36,6 +36,14 @@ class TwoPlayers : public testing::Test {
   protected:
     TwoPlayers() { restart(); }
 
+    // A test before this may have unplugged the headset, which the services told of before the
+    // microphone.
+    void SetUp() override {
+        ASSERT_TRUE(seen->waitUntil([this] { return seen->node("test.mic") != nullptr; }));
+        const TestGraph::Lock lock(*seen);
+        if (!seen->node("test.headset")) seen->makeOutput("test.headset");
+    }
+
     // The program ends and begins again, over the same store.
     void restart() {
         end();
@@ -56,7 +64,8 @@ class TwoPlayers : public testing::Test {
     // A program of its own, with an entry in the menus.
     std::unique_ptr<Program> player(const std::string& name) {
         const std::filesystem::path program = SoundSession::file(name);
-        std::filesystem::copy_file(TAVERO_SOUND_PLAYER, program);
+        std::filesystem::copy_file(TAVERO_SOUND_PLAYER, program,
+                                   std::filesystem::copy_options::overwrite_existing);
         std::ofstream(
             applications.filePath(QString::fromStdString(name + ".desktop")).toStdString())
             << "[Desktop Entry]\nType=Application\nName=" << name << "\nExec=" << program.string()
@@ -77,7 +86,7 @@ class TwoPlayers : public testing::Test {
 
     // Whether the outputs come to play nothing but this.
     testing::AssertionResult hears(float speakers, float headset) {
-        Recorder recorder(seen, {"test.speakers", "test.headset"}, "256/48000");
+        Recorder recorder(*seen, {"test.speakers", "test.headset"}, "256/48000");
         const auto plays = [&](std::size_t output, float level) {
             const std::vector<float> samples = recorder.samples(output);
             return samples.size() >= settled &&
@@ -92,14 +101,14 @@ class TwoPlayers : public testing::Test {
         };
         return testing::AssertionFailure()
                << "speakers " << last(0) << ", headset " << last(1) << "\n"
-               << seen.wiring();
+               << seen->wiring();
     }
 
     QTemporaryDir applications;
     QTemporaryDir folder;
     Settings settings{folder.filePath("settings.ini")};
     std::unique_ptr<Clock> clock = hostClock();
-    TestGraph seen;
+    std::optional<TestGraph> seen{std::in_place};
     ClockQueue queue{*clock};
     std::shared_ptr<AudioObjects> objects;
     std::unique_ptr<AppAudioRouter> router;
@@ -126,27 +135,46 @@ TEST_F(TwoPlayers, KeepTwoVolumesAndTwoOutputsThroughARestartAndWithoutTheHeadse
 
     SoundSession::output("pw-cli destroy test.headset");
     ASSERT_TRUE(becomes([&] {
-        const TestGraph::Lock lock(seen);
-        return seen.node("test.headset") == nullptr;
+        const TestGraph::Lock lock(*seen);
+        return seen->node("test.headset") == nullptr;
     }));
     {
-        Recorder recorder(seen, {"test.speakers"}, "256/48000");
+        Recorder recorder(*seen, {"test.speakers"}, "256/48000");
         EXPECT_TRUE(becomes([&] {
             const std::vector<float> samples = recorder.samples(0);
             return !samples.empty() && std::abs(samples.back() - tone * 1.5F) < 0.001F;
         })) << "as loud as it was on the speakers, not "
             << recorder.samples(0).back() << "\n"
-            << seen.wiring();
+            << seen->wiring();
     }
     {
-        const TestGraph::Lock lock(seen);
-        ASSERT_NE(seen.makeOutput("test.headset"), nullptr);
+        const TestGraph::Lock lock(*seen);
+        ASSERT_NE(seen->makeOutput("test.headset"), nullptr);
     }
     ASSERT_TRUE(becomes([&] {
-        const TestGraph::Lock lock(seen);
-        return seen.node("test.headset") != nullptr;
+        const TestGraph::Lock lock(*seen);
+        return seen->node("test.headset") != nullptr;
     }));
     EXPECT_TRUE(hears(tone / 2, tone / 4)) << "plugged in again";
+}
+
+TEST_F(TwoPlayers, KeepThemWhenTheServicesEndAndStartAgain) {
+    auto music = player("Music");
+    router->pageAppeared();
+    ASSERT_TRUE(becomes([&] { return app("Music") != nullptr; }));
+    router->setOutput("test.headset", *app("Music"));
+    router->setVolume(0.25, *app("Music"));
+    EXPECT_TRUE(hears(0, tone / 4));
+
+    music.reset();
+    seen.reset();
+    SoundSession::stopServices();
+    ASSERT_TRUE(becomes([&] { return router->outputs().empty() && router->taps().empty(); }));
+    SoundSession::startServices();
+    ASSERT_TRUE(becomes([&] { return router->defaultOutputUID() == "test.speakers"; }));
+    seen.emplace();
+    music = player("Music");
+    EXPECT_TRUE(hears(0, tone / 4));
 }
 
 } // namespace
