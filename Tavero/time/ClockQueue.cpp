@@ -20,13 +20,9 @@ class ClockQueue::Receiver final : public QObject {
     ClockQueue& queue() { return queue_; }
     bool isHere() const { return thread() == QThread::currentThread(); }
 
-    bool event(QEvent* event) override {
-        if (event->type() != QEvent::User) return QObject::event(event);
-        queue_.runNext();
-        return true;
-    }
-
   private:
+    void customEvent(QEvent*) override { queue_.runNext(); }
+
     ClockQueue& queue_;
 };
 
