@@ -31,7 +31,7 @@ bool isOnByDefault(const std::string& key) {
 
 class AlertMonth : public testing::TestWithParam<Expected> {};
 
-TEST_P(AlertMonth, TellsNoMoreThanWhatHappens) {
+TEST_P(AlertMonth, ThroughAMonthItTellsNoMoreThanWhatHappens) {
     LivingMac mac(GetParam().scenario);
     mac.enableAll();
     for (int day = 0; day < 30; ++day) {

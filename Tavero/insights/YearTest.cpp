@@ -113,7 +113,7 @@ void expectTheTruth(const InsightsReport& report) {
     EXPECT_NEAR(*report.cpuByHour[3], 0.03 + 0.05 / cpuCount, 0.01);
 }
 
-TEST_F(YearTest, AYearStaysBoundedAndItsLastMonthIsToldAsItWas) {
+TEST_F(YearTest, ThroughAYearItStaysBoundedAndItsLastMonthIsToldAsItWas) {
     monitor.start();
     live(34);
     expectTheTruth(reportOfTheMonth());

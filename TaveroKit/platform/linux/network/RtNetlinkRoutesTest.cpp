@@ -64,7 +64,7 @@ TEST(AddRoute, ARouteToNowhereIsNoWayOut) {
 }
 
 TEST(AddRoute, AnInterfaceWithoutALinkIsNoWayOut) {
-    for (const unsigned flag : {RTNH_F_DEAD, RTNH_F_LINKDOWN}) {
+    for (const unsigned flag : {0u + RTNH_F_DEAD, 0u + RTNH_F_LINKDOWN}) {
         rtmsg route = toAnywhere();
         route.rtm_flags = flag;
         EXPECT_EQ(ways(route, through(3)), WaysOut{}) << flag;
